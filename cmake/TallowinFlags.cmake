@@ -1,0 +1,27 @@
+# The one place for compiler flags: every target of ours links tallowin_flags.
+
+add_library(tallowin_flags INTERFACE)
+target_compile_features(tallowin_flags INTERFACE cxx_std_20)
+target_compile_options(tallowin_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Wnull-dereference -Werror
+  -fstack-protector-strong)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 sees null pointers in inlined library code that are none.
+  target_compile_options(tallowin_flags INTERFACE -Wno-null-dereference)
+endif()
+if(CMAKE_BUILD_TYPE MATCHES "Release|RelWithDebInfo")
+  target_compile_options(tallowin_flags INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
+if(TALLOWIN_SANITIZE)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                 -fno-omit-frame-pointer)
+  target_compile_options(tallowin_flags INTERFACE ${sanitizers})
+  target_link_options(tallowin_flags INTERFACE ${sanitizers})
+else()
+  target_link_options(tallowin_flags INTERFACE -Wl,-z,relro,-z,now)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)

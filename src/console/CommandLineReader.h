@@ -1,0 +1,41 @@
+// The lines of standard input, in their order: answers to questions, otherwise commands.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "console/ConsoleQuestions.h"
+#include "platform/EventLoop.h"
+#include "platform/Terminal.h"
+
+namespace tallowin::console {
+
+/// A command's handler lets the loop run, so that later lines arrive in its middle. They wait until
+/// it has ended or asks something: a script may send a command and the answer to its question at
+/// once, and the answer is still there when the question comes.
+class CommandLineReader {
+ public:
+  CommandLineReader(platform::Terminal& terminal, platform::EventLoop& loop,
+                    ConsoleQuestions& questions, std::function<void(const std::string&)> command);
+  CommandLineReader(const CommandLineReader&) = delete;
+  CommandLineReader& operator=(const CommandLineReader&) = delete;
+
+  void Start();
+
+ private:
+  void GiveAnswers();
+  void Continue();
+  void RunNext();
+  std::string TakeLine();
+
+  platform::Terminal& terminal_;
+  platform::EventLoop& loop_;
+  ConsoleQuestions& questions_;
+  std::function<void(const std::string&)> command_;
+  std::deque<std::string> waiting_;
+  bool commandRuns_ = false;
+  bool ended_ = false;
+};
+
+}  // namespace tallowin::console

@@ -1,0 +1,82 @@
+#include "console/UserActions.h"
+
+#include "console/Escapes.h"
+#include "forms/Controls.h"
+
+namespace tallowin::console {
+
+namespace {
+
+std::string WhyUnusable(const forms::Control& control) {
+  for (const auto* part = &control; part != nullptr; part = part->Container()) {
+    const std::string which =
+        part == &control ? control.Name() : control.Name() + " stands in " + part->Name() + " and";
+    if (!part->Visible()) return which + " is hidden";
+    if (!part->Enabled()) return which + " is disabled";
+  }
+  return {};
+}
+
+std::string WrongKind(const forms::Control& control, const std::string& possible) {
+  return control.Name() + " is a " + std::string(control.Kind()) + "; " + possible;
+}
+
+std::string Type(forms::TextBox& box, const std::string& text) {
+  if (box.Locked()) return box.Name() + " can be read, not changed";
+  if (!box.MultiLine() && text.find_first_of("\r\n") != std::string::npos) {
+    return box.Name() + " holds one line";
+  }
+  if (CountCharacters(text) > box.MaxLength()) {
+    return box.Name() + " holds " + std::to_string(box.MaxLength()) + " characters at most";
+  }
+  box.SetText(text);
+  return {};
+}
+
+std::string Tick(forms::CheckBox& box, const std::string& value) {
+  // Greyed is a state that only the program itself gives a box.
+  if (value != "0" && value != "1") return box.Name() + " takes 0 or 1";
+  box.SetValue(value == "1" ? forms::CheckBox::Checked : forms::CheckBox::Unchecked);
+  return {};
+}
+
+}  // namespace
+
+std::string SetValue(forms::Control& control, const std::string& value) {
+  if (!control.Usable()) return WhyUnusable(control);
+  if (auto* box = dynamic_cast<forms::TextBox*>(&control)) return Type(*box, value);
+  if (auto* box = dynamic_cast<forms::CheckBox*>(&control)) return Tick(*box, value);
+  if (auto* box = dynamic_cast<forms::ComboBox*>(&control)) {
+    if (value.find_first_of("\r\n") != std::string::npos) return box->Name() + " holds one line";
+    box->SetText(value);
+    return {};
+  }
+  return WrongKind(control, "a TextBox, a ComboBox or a CheckBox can be set");
+}
+
+std::string Click(forms::Control& control) {
+  if (!control.Usable()) return WhyUnusable(control);
+  if (auto* button = dynamic_cast<forms::Button*>(&control)) {
+    button->Click();
+    return {};
+  }
+  auto* item = dynamic_cast<forms::MenuItem*>(&control);
+  if (item == nullptr) return WrongKind(control, "a Button or a MenuItem can be clicked");
+  if (item->IsSeparator()) return item->Name() + " is a separator";
+  item->Click();
+  return {};
+}
+
+std::string Select(forms::Control& control, std::size_t index) {
+  if (!control.Usable()) return WhyUnusable(control);
+  auto* box = dynamic_cast<forms::ComboBox*>(&control);
+  if (box == nullptr) return WrongKind(control, "an entry of a ComboBox can be selected");
+  if (box->ListCount() == 0) return box->Name() + " has no entries";
+  if (index >= box->ListCount()) {
+    return box->Name() + " has the entries 0 to " + std::to_string(box->ListCount() - 1);
+  }
+  box->Select(index);
+  return {};
+}
+
+}  // namespace tallowin::console

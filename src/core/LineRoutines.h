@@ -1,0 +1,17 @@
+// Lines of a text whose line ends are CR LF.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tallowin::core {
+
+/// The number of CRs, and one more if the text does not end in a CR. A text that ends in CR LF
+/// counts one more than its lines: the LF stands behind the last CR.
+[[nodiscard]] std::size_t CountLines(std::string_view text);
+
+/// Line `number` from 1, without CR and LF; empty for 0 and beyond the end.
+[[nodiscard]] std::string GetLine(std::string_view text, std::size_t number);
+
+}  // namespace tallowin::core

@@ -1,0 +1,26 @@
+#include "core/MainForm.h"
+
+namespace tallowin::core {
+
+namespace {
+
+constexpr const char* kArgHelp =
+    "Command Line Parameters\r\n"
+    "---\r\n"
+    "-DisableMon\t- Disable Active Monitoring\r\n"
+    "-DisableSentry\t- Disable Port Sentry\r\n"
+    "-Restored\t\t- Start window restored";
+
+}  // namespace
+
+MainForm::MainForm()
+    : Form("MainForm"), ArgHelp{NonVisible, "ArgHelp", {.text = kArgHelp, .multiLine = true}} {
+  portsntmnu.SetChecked(true);
+  ActiveMonMnu.SetChecked(true);
+  ActiveMonMnu.SetVisible(false);
+  Status.SetToolTip("Status Information");
+  LoggedIPs.SetToolTip("IP addresses of malicious users");
+  NonVisible.SetVisible(false);
+}
+
+}  // namespace tallowin::core

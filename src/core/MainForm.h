@@ -1,0 +1,38 @@
+// The main window: the status log, the callers' addresses and the menu.
+#pragma once
+
+#include "forms/Controls.h"
+#include "forms/Form.h"
+
+namespace tallowin::core {
+
+/// Controls only. What they do is wired in tallowin/Menu.cpp, and by the subsystems that own them.
+class MainForm : public forms::Form {
+ public:
+  MainForm();
+
+  forms::MenuItem protmnu{*this, "protmnu", "&Services"};
+  forms::MenuItem portsntmnu{protmnu, "portsntmnu", "&Port Sentry"};
+  /// Hidden until there is a watch that it could switch; "-disablemon" already makes the choice
+  /// durable through it.
+  forms::MenuItem ActiveMonMnu{protmnu, "ActiveMonMnu", "&Trojan Sentry"};
+  forms::MenuItem identmnu{protmnu, "identmnu", "&IdentD Server"};
+  forms::MenuItem ServiceSep{protmnu, "ServiceSep", "-"};
+  forms::MenuItem clearlog{protmnu, "clearlog", "&Clear Log"};
+  forms::MenuItem savelog{protmnu, "savelog", "Save &Log File"};
+  forms::MenuItem Removelogs{protmnu, "Removelogs", "Remove &All Logs"};
+  forms::MenuItem exittwmnu{protmnu, "exittwmnu", "E&xit Tallowin"};
+
+  forms::Label StatusLabel{*this, "StatusLabel", "Main Status:"};
+  forms::TextBox Status{*this, "Status", {.multiLine = true, .locked = true}};
+
+  forms::Frame Frame3{*this, "Frame3", "Tools"};
+  forms::Label Label1{Frame3, "Label1", "IP Log:"};
+  forms::ComboBox LoggedIPs{Frame3, "LoggedIPs", "IP Addresses..."};
+
+  /// Below the height that start-up gives the window: never seen.
+  forms::Frame NonVisible{*this, "NonVisible", "Non Visible Components"};
+  forms::TextBox ArgHelp;
+};
+
+}  // namespace tallowin::core

@@ -1,0 +1,68 @@
+#include "desktop/MainWindow.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "desktop/TextView.h"
+
+namespace tallowin::desktop {
+
+namespace {
+
+constexpr QSize kComfortableSize{760, 480};
+// The longest address in text form, that of the sixth version of the protocol.
+constexpr int kAddressColumns = 39;
+
+constexpr MenuLook kLooks[] = {
+    {.item = "portsntmnu", .isSwitch = true},
+    {.item = "ActiveMonMnu", .isSwitch = true},
+    {.item = "identmnu", .isSwitch = true},
+    {.item = "clearlog", .icon = "edit-clear"},
+    {.item = "savelog", .icon = "document-save"},
+    {.item = "Removelogs", .icon = "edit-delete"},
+    {.item = "exittwmnu", .icon = "application-exit"},
+};
+
+}  // namespace
+
+MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop)
+    : FormWindow(form, loop, WhenHidden::WaitMinimised, WhenShown::TakeKeyboard),
+      menus_(Bindings(), form, kLooks) {
+  menus_.Fill(*menuBar());
+  auto* content = new QWidget(this);
+  auto* label = new QLabel(content);
+  auto* status = new TextView(form.Status.Text(), content);
+  auto* layout = new QVBoxLayout(content);
+  layout->addWidget(label);
+  layout->addWidget(status, 1);
+  layout->addWidget(MakeTools(form, content));
+  Bindings().Bind(form.Status, *status);
+  Bindings().Bind(form.StatusLabel, *label, *status);
+  setCentralWidget(content);
+  status->setFocus();
+  resize(kComfortableSize.width(), std::max(kComfortableSize.height(), HeightOfForm()));
+  Follow();
+}
+
+QWidget* MainWindow::MakeTools(core::MainForm& form, QWidget* parent) {
+  auto* tools = new QGroupBox(parent);
+  auto* label = new QLabel(tools);
+  auto* callers = new QComboBox(tools);
+  callers->setEditable(true);
+  callers->setMinimumContentsLength(kAddressColumns);
+  auto* layout = new QHBoxLayout(tools);
+  layout->addWidget(label);
+  layout->addWidget(callers);
+  layout->addStretch(1);
+  Bindings().Bind(form.Frame3, *tools);
+  Bindings().Bind(form.LoggedIPs, *callers);
+  Bindings().Bind(form.Label1, *label, *callers);
+  return tools;
+}
+
+}  // namespace tallowin::desktop

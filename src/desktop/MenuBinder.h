@@ -1,0 +1,41 @@
+// Builds a menu bar from the menu items of a form.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "desktop/Binder.h"
+#include "forms/Form.h"
+
+class QAction;
+class QMenu;
+class QMenuBar;
+
+namespace tallowin::desktop {
+
+/// How an item looks, besides what the control says.
+struct MenuLook {
+  std::string_view item;  ///< its name
+  const char* icon = "";  ///< of the icon theme; none where the theme has none
+  bool isSwitch = false;  ///< has a box for its tick also while it is not ticked
+};
+
+class MenuBinder {
+ public:
+  MenuBinder(Binder& binder, forms::Form& form, std::span<const MenuLook> looks)
+      : binder_(binder), form_(form), looks_(looks) {}
+
+  void Fill(QMenuBar& bar);
+
+ private:
+  [[nodiscard]] std::vector<forms::MenuItem*> ItemsOf(const forms::Control* container) const;
+  [[nodiscard]] MenuLook LookOf(const forms::MenuItem& item) const;
+  void AddMenu(forms::MenuItem& top, QMenuBar& bar);
+  void AddItem(forms::MenuItem& item, QMenu& menu);
+
+  Binder& binder_;
+  forms::Form& form_;
+  std::span<const MenuLook> looks_;
+};
+
+}  // namespace tallowin::desktop

@@ -1,0 +1,76 @@
+#include "forms/Controls.h"
+
+#include "platform/RunTimeError.h"
+
+namespace tallowin::forms {
+
+namespace {
+
+void Run(const std::function<void()>& handler) {
+  if (handler) handler();
+}
+
+}  // namespace
+
+void Button::Click() { Run(OnClick); }
+
+TextBox::TextBox(Place place, std::string name, Traits traits)
+    : Control(place, std::move(name), std::string()),
+      text_(std::move(traits.text)),
+      multiLine_(traits.multiLine),
+      locked_(traits.locked),
+      maxLength_(traits.maxLength) {}
+
+void TextBox::SetText(std::string text) {
+  if (Assign(text_, std::move(text), Property::Text)) Run(OnChange);
+}
+
+void TextBox::AppendText(std::string_view addition) {
+  if (addition.empty()) return;
+  text_ += addition;
+  Notify({Property::AppendedText, addition});
+  Run(OnChange);
+}
+
+void CheckBox::SetValue(int value) {
+  if (value < Unchecked || value > Greyed) {
+    throw platform::RunTimeError(platform::error::kInvalidPropertyValue, "Invalid property value");
+  }
+  if (Assign(value_, value, Property::Value)) Run(OnClick);
+}
+
+const std::string& ItemList::List(std::size_t index) const {
+  if (index >= items_.size()) {
+    throw platform::RunTimeError(platform::error::kInvalidArrayIndex,
+                                 "Invalid property array index");
+  }
+  return items_[index];
+}
+
+void ItemList::AddItem(std::string item) {
+  items_.push_back(std::move(item));
+  // A copy, because an observer may add in turn and so move the items.
+  const std::string addition = items_.back();
+  Notify({Property::AddedItem, addition});
+}
+
+void ItemList::RemoveItem(std::size_t index) {
+  (void)List(index);  // throws for an index outside the list
+  items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
+  Notify({Property::Items});
+}
+
+void ItemList::Clear() { Assign(items_, {}, Property::Items); }
+
+void ComboBox::SetText(std::string text) {
+  if (Assign(text_, std::move(text), Property::Text)) Run(OnChange);
+}
+
+void ComboBox::Select(std::size_t index) {
+  SetText(List(index));
+  Run(OnClick);
+}
+
+void MenuItem::Click() { Run(OnClick); }
+
+}  // namespace tallowin::forms

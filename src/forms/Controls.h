@@ -1,0 +1,159 @@
+// The kinds of controls that forms are made of.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <limits>
+
+#include "forms/Control.h"
+
+namespace tallowin::forms {
+
+/// A fixed text: its caption.
+class Label : public Control {
+ public:
+  Label(Place place, std::string name, std::string caption)
+      : Control(place, std::move(name), std::move(caption)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "Label"; }
+};
+
+/// A captioned group that holds other controls.
+class Frame : public Control {
+ public:
+  Frame(Place place, std::string name, std::string caption)
+      : Control(place, std::move(name), std::move(caption)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "Frame"; }
+};
+
+class Button : public Control {
+ public:
+  Button(Place place, std::string name, std::string caption)
+      : Control(place, std::move(name), std::move(caption)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "Button"; }
+
+  /// Runs the handler, also on a disabled button: it is front ends that keep the user from it.
+  void Click();
+  std::function<void()> OnClick;
+};
+
+class TextBox : public Control {
+ public:
+  struct Traits {
+    std::string text = {};
+    bool multiLine = false;
+    bool locked = false;  ///< the user can read and copy, not type
+    std::size_t maxLength = std::numeric_limits<std::size_t>::max();  ///< for what the user types
+  };
+  TextBox(Place place, std::string name, Traits traits);
+  [[nodiscard]] std::string_view Kind() const override { return "TextBox"; }
+  [[nodiscard]] std::string ValueText() const override { return text_; }
+
+  /// Bytes; what a caller sent stands in it as it came.
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  void SetText(std::string text);
+  /// The text becomes the old text and `addition`, at the cost of the addition.
+  void AppendText(std::string_view addition);
+
+  [[nodiscard]] bool MultiLine() const { return multiLine_; }
+  [[nodiscard]] bool Locked() const { return locked_; }
+  [[nodiscard]] std::size_t MaxLength() const { return maxLength_; }
+
+  /// Where the caret stands, in bytes. The caret is kept in view.
+  [[nodiscard]] std::size_t SelStart() const { return selStart_; }
+  void SetSelStart(std::size_t position) { Assign(selStart_, position, Property::SelStart); }
+
+  std::function<void()> OnChange;
+
+ private:
+  std::string text_;
+  bool multiLine_;
+  bool locked_;
+  std::size_t maxLength_;
+  std::size_t selStart_ = 0;
+};
+
+class CheckBox : public Control {
+ public:
+  static constexpr int Unchecked = 0;
+  static constexpr int Checked = 1;
+  static constexpr int Greyed = 2;
+
+  CheckBox(Place place, std::string name, std::string caption, int value = Unchecked)
+      : Control(place, std::move(name), std::move(caption)), value_(value) {}
+  [[nodiscard]] std::string_view Kind() const override { return "CheckBox"; }
+  [[nodiscard]] std::string ValueText() const override { return std::to_string(value_); }
+
+  [[nodiscard]] int Value() const { return value_; }
+  /// Throws 380 for a value that is none of the three.
+  void SetValue(int value);
+
+  /// Runs on each change of the value, by the user's click or by an assignment.
+  std::function<void()> OnClick;
+
+ private:
+  int value_;
+};
+
+/// A list of texts that is counted from 0.
+class ItemList : public Control {
+ public:
+  [[nodiscard]] std::size_t ListCount() const { return items_.size(); }
+  /// Throws 381 for an index outside the list.
+  [[nodiscard]] const std::string& List(std::size_t index) const;
+  void AddItem(std::string item);
+  void RemoveItem(std::size_t index);
+  void Clear();
+
+ protected:
+  using Control::Control;
+
+ private:
+  std::vector<std::string> items_;
+};
+
+/// A list with a text of its own, which the user may type or pick.
+class ComboBox : public ItemList {
+ public:
+  ComboBox(Place place, std::string name, std::string text = {})
+      : ItemList(place, std::move(name), std::string()), text_(std::move(text)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "ComboBox"; }
+  [[nodiscard]] std::string ValueText() const override { return text_; }
+
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  void SetText(std::string text);
+
+  /// The user picks an entry: the text becomes that entry's, and OnClick runs.
+  void Select(std::size_t index);
+
+  std::function<void()> OnChange;
+  std::function<void()> OnClick;
+
+ private:
+  std::string text_;
+};
+
+/// An item of a menu, a menu that holds items, or a separator between them.
+class MenuItem : public Control {
+ public:
+  /// `shortcut` is the key that chooses the item from anywhere in the form, "F1" for example.
+  MenuItem(Place place, std::string name, std::string caption, std::string shortcut = {})
+      : Control(place, std::move(name), std::move(caption)), shortcut_(std::move(shortcut)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "MenuItem"; }
+  [[nodiscard]] std::string ValueText() const override { return checked_ ? "checked" : ""; }
+
+  [[nodiscard]] const std::string& Shortcut() const { return shortcut_; }
+  [[nodiscard]] bool IsSeparator() const { return Caption() == "-"; }
+
+  [[nodiscard]] bool Checked() const { return checked_; }
+  void SetChecked(bool checked) { Assign(checked_, checked, Property::Value); }
+
+  /// Runs the handler, also on a disabled item: it is front ends that keep the user from it.
+  void Click();
+  std::function<void()> OnClick;
+
+ private:
+  std::string shortcut_;
+  bool checked_ = false;
+};
+
+}  // namespace tallowin::forms

@@ -1,0 +1,29 @@
+// All that the system asks of its host, in one hand.
+#pragma once
+
+namespace tallowin::platform {
+
+class EventLoop;
+class SocketFactory;
+class Registry;
+class IniFiles;
+class Paths;
+class Shell;
+class RegionalSettings;
+class SingleInstance;
+class OperatingSystem;
+
+/// References only: the host that builds it owns everything and outlives the program.
+struct Host {
+  EventLoop& loop;
+  SocketFactory& sockets;
+  Registry& registry;
+  IniFiles& iniFiles;
+  Paths& paths;
+  Shell& shell;
+  RegionalSettings& regional;
+  SingleInstance& instance;
+  OperatingSystem& system;
+};
+
+}  // namespace tallowin::platform

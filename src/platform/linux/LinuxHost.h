@@ -1,0 +1,66 @@
+// This host, whole: everything that platform::Host refers to.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/Host.h"
+#include "platform/OperatingSystem.h"
+#include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/LinuxFolders.h"
+#include "platform/linux/LinuxIniFiles.h"
+#include "platform/linux/LinuxPaths.h"
+#include "platform/linux/LinuxRegionalSettings.h"
+#include "platform/linux/LinuxShell.h"
+#include "platform/linux/LinuxSingleInstance.h"
+#include "platform/linux/LinuxWinsock.h"
+#include "platform/linux/SqliteRegistry.h"
+#include "platform/linux/WindowsDrive.h"
+
+namespace tallowin::platform::linux_host {
+
+/// A process snapshot of this host carries the full path of each program.
+class LinuxOperatingSystem : public OperatingSystem {
+ public:
+  [[nodiscard]] OsVersion GetVersion() const override {
+    return {.platformId = 1, .majorVersion = 4, .minorVersion = 10};
+  }
+};
+
+/// Built by the main routines, which must have made the application object of Qt before. From its
+/// construction on, what the process creates is for this user alone; the folders are there.
+class LinuxHost {
+ public:
+  explicit LinuxHost(const LinuxFolders& folders);
+
+  [[nodiscard]] platform::Host& Host() { return host_; }
+  /// The loop of `Host`, for what only this host's own classes need of it.
+  [[nodiscard]] LinuxEventLoop& Loop() { return loop_; }
+
+  /// Where a damaged registry file was set aside, if one was.
+  [[nodiscard]] const std::optional<std::string>& DamagedRegistry() const {
+    return damagedRegistry_;
+  }
+
+ private:
+  /// First of all members, so that it runs before anything is created.
+  struct Preparation {
+    explicit Preparation(const LinuxFolders& folders);
+  };
+
+  Preparation preparation_;
+  std::optional<std::string> damagedRegistry_;
+  LinuxEventLoop loop_;
+  LinuxSocketFactory sockets_;
+  SqliteRegistry registry_;
+  WindowsDrive drive_;
+  LinuxIniFiles iniFiles_;
+  LinuxPaths paths_;
+  LinuxShell shell_;
+  LinuxRegionalSettings regional_;
+  LinuxSingleInstance instance_;
+  LinuxOperatingSystem system_;
+  platform::Host host_;
+};
+
+}  // namespace tallowin::platform::linux_host

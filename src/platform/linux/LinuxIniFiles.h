@@ -1,0 +1,27 @@
+// INI files on the file system.
+#pragma once
+
+#include "platform/IniFiles.h"
+#include "platform/linux/WindowsDrive.h"
+
+namespace tallowin::platform::linux_host {
+
+/// Of a file larger than 16 MiB only the first 16 MiB are read, and it is not written.
+class LinuxIniFiles : public IniFiles {
+ public:
+  explicit LinuxIniFiles(const WindowsDrive& drive) : drive_(drive) {}
+
+  [[nodiscard]] std::string GetPrivateProfileString(std::string_view fileName,
+                                                    std::string_view section, std::string_view key,
+                                                    std::size_t bufferSize) override;
+
+  /// False also for a name or value that holds a line end or a NUL: it could not be read back. A
+  /// file that denies writing is not replaced, though its folder might allow it.
+  bool WritePrivateProfileString(std::string_view fileName, std::string_view section,
+                                 std::string_view key, std::string_view value) override;
+
+ private:
+  const WindowsDrive& drive_;
+};
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,164 @@
+#include "platform/linux/LinuxShell.h"
+
+#include <sys/stat.h>
+
+#include <QFile>
+#include <QProcess>
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <system_error>
+
+#include "platform/linux/LinuxPaths.h"
+#include "platform/linux/RegistryFile.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int32_t kOpened = 33;
+constexpr std::int32_t kFileNotFound = 2;
+constexpr std::int32_t kAccessDenied = 5;
+constexpr std::int32_t kBadFormat = 11;
+constexpr std::int32_t kNoAssociation = 31;
+
+constexpr std::string_view kBlanks = " \t";
+
+std::string Lowered(std::string_view text) {
+  std::string lowered(text);
+  std::ranges::transform(lowered, lowered.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return lowered;
+}
+
+void SkipBlanks(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+}
+
+bool Skip(std::string_view& text, std::string_view prefix) {
+  if (Lowered(text.substr(0, prefix.size())) != prefix) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+/// What stands before the editor's name must be a folder of this host or of a drive. An address
+/// that happens to have the name in it must not lead to an import.
+bool IsFolderPrefix(std::string_view text) {
+  if (text.starts_with('"')) text.remove_prefix(1);
+  if (text.empty() || text.front() == '/') return true;
+  return text.size() >= 3 && text[1] == ':' && text[2] == '\\';
+}
+
+/// What follows the editor's name in a command line; nothing if `text` names no registry editor.
+std::optional<std::string_view> EditorArguments(std::string_view text) {
+  constexpr std::string_view kEditor = "regedit";
+  const std::string lowered = Lowered(text);
+  for (std::size_t at = lowered.find(kEditor); at != std::string::npos;
+       at = lowered.find(kEditor, at + 1)) {
+    const bool nameStarts =
+        at == 0 || std::string_view("/\\\"").find(text[at - 1]) != std::string_view::npos;
+    std::string_view rest = text.substr(at + kEditor.size());
+    (void)Skip(rest, ".exe");
+    (void)Skip(rest, "\"");
+    const bool nameEnds = rest.empty() || kBlanks.find(rest.front()) != std::string_view::npos;
+    if (nameStarts && nameEnds && IsFolderPrefix(text.substr(0, at))) return rest;
+  }
+  return std::nullopt;
+}
+
+/// The file that the editor is to import. Empty if none is given.
+std::string FileToImport(std::string_view arguments) {
+  SkipBlanks(arguments);
+  if (Skip(arguments, "/s ") || Skip(arguments, "/s\t")) SkipBlanks(arguments);
+  if (Skip(arguments, "\"")) return std::string(arguments.substr(0, arguments.find('"')));
+  return std::string(arguments.substr(0, arguments.find_last_not_of(kBlanks) + 1));
+}
+
+bool Exists(const std::string& path) {
+  struct stat status = {};
+  return path.find('\0') == std::string::npos && stat(path.c_str(), &status) == 0;
+}
+
+bool IsAddress(std::string_view text) {
+  const std::string start = Lowered(text.substr(0, 8));
+  return start.starts_with("http://") || start.starts_with("https://") ||
+         start.starts_with("mailto:");
+}
+
+/// Openers hand addresses on through scripts; blanks and quotes are kept out of their way. Empty
+/// for an address that holds control characters, or asks the mail program to send a file along.
+std::string SafeAddress(std::string_view address) {
+  const std::string lowered = Lowered(address);
+  if (lowered.starts_with("mailto:") && lowered.find("attach") != std::string::npos) return {};
+  std::string safe;
+  for (const char c : address) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F) return {};
+    constexpr std::string_view kEscaped = " \"'<>\\^`{|}$;()";
+    if (kEscaped.find(c) == std::string_view::npos) {
+      safe += c;
+    } else {
+      constexpr std::string_view kDigits = "0123456789ABCDEF";
+      safe += {'%', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
+    }
+  }
+  return safe;
+}
+
+/// Programs and starters, for which "open" would mean to run them: by their first bytes, or by the
+/// endings that desktops go by.
+bool MightBeRun(const std::string& path) {
+  std::array<char, 4> start = {};
+  std::error_code error;
+  if (fs::is_regular_file(path, error)) std::ifstream(path).read(start.data(), start.size());
+  const std::string_view bytes(start.data(), start.size());
+  if (bytes ==
+          "\x7F"
+          "ELF" ||
+      bytes.starts_with("MZ") || bytes.starts_with("#!"))
+    return true;
+  constexpr std::array<std::string_view, 13> kEndings = {
+      ".appimage", ".bat", ".cmd", ".com", ".desktop", ".exe", ".jar",
+      ".lnk",      ".msi", ".pif", ".run", ".scr",     ".sh"};
+  const std::string ending = Lowered(fs::path(path).extension().string());
+  return std::ranges::find(kEndings, ending) != kEndings.end();
+}
+
+}  // namespace
+
+std::int32_t LinuxShell::Execute(std::string_view verb, std::string_view file,
+                                 std::int32_t /*showCommand*/) {
+  if (file.empty() || file.front() == '-') return kFileNotFound;
+  if (Lowered(verb) != "open") return kNoAssociation;
+  if (IsAddress(file)) {
+    const std::string address = SafeAddress(file);
+    return address.empty() ? kAccessDenied : Open(address);
+  }
+  const std::string path = AbsolutePath(file);
+  if (Exists(path)) return MightBeRun(path) ? kAccessDenied : Open(path);
+  if (const auto arguments = EditorArguments(file)) return Import(FileToImport(*arguments));
+  return kFileNotFound;
+}
+
+std::int32_t LinuxShell::Import(const std::string& path) {
+  const std::string file = AbsolutePath(path);
+  std::error_code error;
+  if (path.empty() || !Exists(file) || fs::is_directory(file, error)) return kFileNotFound;
+  return ImportRegistryFile(file, registry_).ok ? kOpened : kBadFormat;
+}
+
+std::int32_t LinuxShell::Open(const std::string& argument) const {
+  QProcess opener;
+  opener.setProgram(QString::fromStdString(opener_));
+  opener.setArguments({QFile::decodeName(argument.c_str())});
+  opener.setStandardInputFile(QProcess::nullDevice());
+  opener.setStandardOutputFile(QProcess::nullDevice());
+  opener.setStandardErrorFile(QProcess::nullDevice());
+  return opener.startDetached() ? kOpened : kNoAssociation;
+}
+
+}  // namespace tallowin::platform::linux_host

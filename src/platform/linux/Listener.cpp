@@ -1,0 +1,84 @@
+#include "platform/linux/Listener.h"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "platform/linux/SocketErrors.h"
+#include "platform/linux/TcpSocket.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPauseWhenShort = 100ms;
+
+/// The caller has gone, or the network has told of a fault of that one caller.
+bool ConcernsThisCallerOnly(int error) {
+  static constexpr std::array kErrors{EAGAIN,      EINTR,     ECONNABORTED, EPROTO,
+                                      ENOPROTOOPT, EHOSTDOWN, ENONET,       EHOSTUNREACH,
+                                      EOPNOTSUPP,  ENETDOWN,  ENETUNREACH,  EPERM};
+  return std::ranges::find(kErrors, error) != kErrors.end();
+}
+
+}  // namespace
+
+FileDescriptor OpenListeningSocket(int port) {
+  FileDescriptor socket = OpenTcpSocket();
+  BindToPort(socket, port);
+  // Callers inherit this, and so are reset by whatever closes them unaccepted.
+  SetResetOnClose(socket, true);
+  if (listen(socket.Get(), SOMAXCONN) != 0) throw SocketError(errno);
+  return socket;
+}
+
+Listener::Listener(LinuxEventLoop& loop, FileDescriptor socket,
+                   std::function<void(Caller)> onCaller)
+    : loop_(loop),
+      socket_(std::move(socket)),
+      onCaller_(std::move(onCaller)),
+      watch_(
+          loop.Poller().Add(socket_.Get(), Interest::Read, [this](Readiness) { TakeCaller(); })) {}
+
+int Listener::Port() const { return LocalPortOf(socket_); }
+
+FileDescriptor Listener::Release() {
+  watch_.reset();
+  return std::move(socket_);
+}
+
+void Listener::TakeCaller() {
+  sockaddr_in address{};
+  socklen_t size = sizeof address;
+  FileDescriptor socket(accept4(socket_.Get(), reinterpret_cast<sockaddr*>(&address), &size,
+                                SOCK_NONBLOCK | SOCK_CLOEXEC));
+  if (!socket) {
+    if (!ConcernsThisCallerOnly(errno)) Pause();
+    return;
+  }
+  const auto onCaller = onCaller_;  // The handler may destroy this object.
+  onCaller({std::move(socket), DottedAddress(address), PortOf(address)});
+}
+
+/// The system is short of descriptors or memory. Callers wait in its queue; to look again at once
+/// would only burn time.
+void Listener::Pause() {
+  watch_->SetInterest(Interest::None);
+  if (!pause_) pause_ = loop_.MakeTimer(kPauseWhenShort, [this] { Resume(); });
+  pause_->SetEnabled(true);
+}
+
+void Listener::Resume() {
+  try {
+    watch_->SetInterest(Interest::Read);
+    pause_->SetEnabled(false);
+  } catch (const RunTimeError&) {
+    // Still short; the next tick tries again.
+  }
+}
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,79 @@
+// The registry's tables in one open SQLite file.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Registry.h"
+#include "platform/linux/SqliteConnection.h"
+
+namespace tallowin::platform::linux_host {
+
+/// A SQLite result code as a result of the registry.
+[[nodiscard]] RegistryResult TranslateSqliteResult(int result);
+
+/// A key is known by the number of its row, which is never given to another key. Names are given
+/// as they are written together with their folded form, by which they are found. Methods that look
+/// for something give kNotFound where it is missing.
+class RegistryStore {
+ public:
+  enum class Condition { Usable, Damaged, OutOfReach };
+  struct Opening {
+    Condition condition;
+    RegistryResult result;  ///< what an operation on this store gives while it is not usable
+  };
+
+  /// Opens an existing file and checks all of it; an empty one is furnished with the tables and
+  /// the roots. A file that is found damaged is left as it is, its write-ahead log included.
+  [[nodiscard]] Opening Open(const std::string& path);
+  /// True if this store is no longer the one at its path.
+  [[nodiscard]] bool Replaced() const { return connection_.Moved(); }
+  [[nodiscard]] SqliteConnection& Connection() { return connection_; }
+
+  [[nodiscard]] RegistryResult FindKey(std::string_view foldedPath, std::int64_t& key);
+  [[nodiscard]] RegistryResult InsertKey(std::int64_t parent, std::string_view foldedPath,
+                                         std::string_view name, std::int64_t& key);
+  /// The key with this path and everything below it.
+  [[nodiscard]] RegistryResult DeleteTree(std::string_view foldedPath);
+
+  [[nodiscard]] RegistryResult QueryValue(std::int64_t key, std::string_view foldedName,
+                                          RegistryValue& value);
+  [[nodiscard]] RegistryResult SetValue(std::int64_t key, std::string_view foldedName,
+                                        std::string_view name, const RegistryValue& value);
+  [[nodiscard]] RegistryResult DeleteValue(std::int64_t key, std::string_view foldedName);
+
+  /// The first row behind row `after` (0 for none), and `skip` rows further on. kNoMoreItems if
+  /// there is none.
+  [[nodiscard]] RegistryResult NextValue(std::int64_t key, std::int64_t after, std::uint32_t skip,
+                                         std::int64_t& row, std::string& name,
+                                         RegistryValue& value);
+  [[nodiscard]] RegistryResult NextKey(std::int64_t key, std::int64_t after, std::uint32_t skip,
+                                       std::int64_t& row, std::string& name);
+
+ private:
+  struct StatementText {
+    SqliteStatement RegistryStore::*statement;
+    const char* sql;
+  };
+
+  [[nodiscard]] int Check();
+  [[nodiscard]] int Furnish();
+  [[nodiscard]] int PrepareStatements();
+  [[nodiscard]] RegistryResult EndOfList(std::int64_t key);
+
+  SqliteConnection connection_;
+  SqliteStatement findKey_;
+  SqliteStatement keyExists_;
+  SqliteStatement insertKey_;
+  SqliteStatement deleteValuesBelow_;
+  SqliteStatement deleteKeysBelow_;
+  SqliteStatement queryValue_;
+  SqliteStatement setValue_;
+  SqliteStatement deleteValue_;
+  SqliteStatement nextValue_;
+  SqliteStatement nextKey_;
+};
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,21 @@
+// What the sockets of one program share.
+#pragma once
+
+#include "platform/linux/LingeringSender.h"
+#include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/ParkedListeners.h"
+#include "platform/linux/PendingCallers.h"
+
+namespace tallowin::platform::linux_host {
+
+struct SocketServices {
+  explicit SocketServices(LinuxEventLoop& eventLoop)
+      : loop(eventLoop), parked(eventLoop), lingering(eventLoop, eventLoop.Poller()) {}
+
+  LinuxEventLoop& loop;
+  PendingCallers callers;
+  ParkedListeners parked;
+  LingeringSender lingering;
+};
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,169 @@
+#include "platform/linux/SqliteRegistry.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/RegistryNames.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+using Names = std::vector<std::string_view>;
+
+constexpr std::size_t kMaxNamesOfAPath = 512;
+constexpr std::size_t kMaxBytesOfAKeyName = 4 * 255;
+constexpr std::size_t kMaxBytesOfAValueName = 4 * 16383;
+
+/// The export format has no way to write a control character in a name.
+bool IsStorable(std::string_view name, std::size_t maxBytes) {
+  return name.size() <= maxBytes && std::none_of(name.begin(), name.end(), [](char c) {
+           return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+         });
+}
+
+bool IsStorable(const Names& path) {
+  return path.size() <= kMaxNamesOfAPath &&
+         std::all_of(path.begin(), path.end(),
+                     [](std::string_view name) { return IsStorable(name, kMaxBytesOfAKeyName); });
+}
+
+std::string FoldPath(const Names& path) {
+  std::string text;
+  for (const std::string_view name : path) {
+    if (!text.empty()) text += '\\';
+    text += FoldName(name);
+  }
+  return text;
+}
+
+/// How far an enumeration has come: the next index is one row further and not a walk from the
+/// start. Any change to the store makes it void, since rows may have gone.
+struct Progress {
+  std::uint32_t nextIndex = 0;
+  std::int64_t lastRow = 0;
+  std::int64_t changes = 0;
+};
+
+class SqliteRegistryKey final : public RegistryKey {
+ public:
+  SqliteRegistryKey(std::shared_ptr<RegistryStore> store, std::int64_t key)
+      : store_(std::move(store)), key_(key) {}
+
+  [[nodiscard]] RegistryResult QueryValue(std::string_view name, RegistryValue& value) override {
+    return store_->QueryValue(key_, FoldName(name), value);
+  }
+
+  [[nodiscard]] RegistryResult SetValue(std::string_view name,
+                                        const RegistryValue& value) override {
+    if (!IsStorable(name, kMaxBytesOfAValueName)) return registry::kInvalidParameter;
+    // What is written to a file that was set aside in the meantime would be lost unnoticed.
+    if (store_->Replaced()) return registry::kNotFound;
+    return store_->SetValue(key_, FoldName(name), name, value);
+  }
+
+  [[nodiscard]] RegistryResult DeleteValue(std::string_view name) override {
+    if (store_->Replaced()) return registry::kNotFound;
+    return store_->DeleteValue(key_, FoldName(name));
+  }
+
+  [[nodiscard]] RegistryResult EnumValue(std::uint32_t index, std::string& name,
+                                         RegistryValue& value) override {
+    return Next(values_, index, [&](std::int64_t after, std::uint32_t skip, std::int64_t& row) {
+      return store_->NextValue(key_, after, skip, row, name, value);
+    });
+  }
+
+  [[nodiscard]] RegistryResult EnumKey(std::uint32_t index, std::string& name) override {
+    return Next(subkeys_, index, [&](std::int64_t after, std::uint32_t skip, std::int64_t& row) {
+      return store_->NextKey(key_, after, skip, row, name);
+    });
+  }
+
+ private:
+  template <typename Step>
+  RegistryResult Next(Progress& progress, std::uint32_t index, Step step) {
+    const std::int64_t changes = store_->Connection().TotalChanges();
+    const bool goesOn = progress.nextIndex == index && progress.changes == changes;
+    std::int64_t row = 0;
+    const RegistryResult result = goesOn ? step(progress.lastRow, 0, row) : step(0, index, row);
+    if (result == registry::kSuccess) progress = {index + 1, row, changes};
+    return result;
+  }
+
+  std::shared_ptr<RegistryStore> store_;
+  std::int64_t key_;
+  Progress values_;
+  Progress subkeys_;
+};
+
+RegistryResult MakeMissingKeys(RegistryStore& store, const Names& path, std::int64_t& key) {
+  SqliteTransaction transaction(store.Connection());
+  int outcome = transaction.Begin();
+  if (TranslateSqliteResult(outcome) != registry::kSuccess) return TranslateSqliteResult(outcome);
+  std::string folded;
+  std::int64_t parent = 0;
+  for (const std::string_view name : path) {
+    if (!folded.empty()) folded += '\\';
+    folded += FoldName(name);
+    RegistryResult result = store.FindKey(folded, key);
+    if (result == registry::kNotFound) result = store.InsertKey(parent, folded, name, key);
+    if (result != registry::kSuccess) return result;
+    parent = key;
+  }
+  outcome = transaction.Commit();
+  return TranslateSqliteResult(outcome);
+}
+
+}  // namespace
+
+SqliteRegistry::SqliteRegistry(std::string path, DamageReport report)
+    : file_(std::move(path), std::move(report)) {
+  // Damage is looked for now and not at the first use. Why the store cannot be opened is told by
+  // each operation, which tries again.
+  static_cast<void>(Connect(false));
+}
+
+RegistryResult SqliteRegistry::Connect(bool create) {
+  if (store_ && !store_->Replaced()) return registry::kSuccess;
+  store_.reset();
+  return file_.Open(create, store_);
+}
+
+RegistryResult SqliteRegistry::OpenKey(RegistryRoot root, std::string_view path,
+                                       std::unique_ptr<RegistryKey>& key) {
+  key.reset();
+  const Names names = NamesAlongPath(root, path);
+  if (names.empty()) return registry::kNotFound;
+  RegistryResult result = Connect(false);
+  if (result != registry::kSuccess) return result;
+  std::int64_t number = 0;
+  result = store_->FindKey(FoldPath(names), number);
+  if (result == registry::kSuccess) key = std::make_unique<SqliteRegistryKey>(store_, number);
+  return result;
+}
+
+RegistryResult SqliteRegistry::CreateKey(RegistryRoot root, std::string_view path,
+                                         std::unique_ptr<RegistryKey>& key) {
+  key.reset();
+  const Names names = NamesAlongPath(root, path);
+  if (names.empty()) return registry::kNotFound;
+  if (!IsStorable(names)) return registry::kInvalidParameter;
+  RegistryResult result = Connect(true);
+  if (result != registry::kSuccess) return result;
+  std::int64_t number = 0;
+  result = store_->FindKey(FoldPath(names), number);
+  if (result == registry::kNotFound) result = MakeMissingKeys(*store_, names, number);
+  if (result == registry::kSuccess) key = std::make_unique<SqliteRegistryKey>(store_, number);
+  return result;
+}
+
+RegistryResult SqliteRegistry::DeleteTree(RegistryRoot root, std::string_view path) {
+  const Names names = NamesAlongPath(root, path);
+  if (names.empty()) return registry::kNotFound;
+  if (names.size() == 1) return registry::kAccessDenied;
+  const RegistryResult result = Connect(false);
+  return result == registry::kSuccess ? store_->DeleteTree(FoldPath(names)) : result;
+}
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,35 @@
+// The registry of this host: one SQLite file of the user.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/Registry.h"
+#include "platform/linux/RegistryStoreFile.h"
+
+namespace tallowin::platform::linux_host {
+
+/// For one thread; any number of processes may work on the same file. Where there is no file, every
+/// key is missing, and the first CreateKey makes it. A key's name may have 255 characters and a
+/// path 512 names; control characters in names are refused with kInvalidParameter, as is a value of
+/// more than a few megabytes with kWriteFault.
+class SqliteRegistry final : public Registry {
+ public:
+  /// `report` is called at once, or by a later operation, when a damaged file was set aside.
+  explicit SqliteRegistry(std::string path, DamageReport report = {});
+
+  [[nodiscard]] RegistryResult OpenKey(RegistryRoot root, std::string_view path,
+                                       std::unique_ptr<RegistryKey>& key) override;
+  [[nodiscard]] RegistryResult CreateKey(RegistryRoot root, std::string_view path,
+                                         std::unique_ptr<RegistryKey>& key) override;
+  /// A root itself cannot be removed: kAccessDenied.
+  [[nodiscard]] RegistryResult DeleteTree(RegistryRoot root, std::string_view path) override;
+
+ private:
+  [[nodiscard]] RegistryResult Connect(bool create);
+
+  RegistryStoreFile file_;
+  std::shared_ptr<RegistryStore> store_;
+};
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,52 @@
+#include "tallowin/CommandLine.h"
+
+#include <algorithm>
+
+#include "platform/EventLoop.h"
+#include "tallowin/Tallowin.h"
+
+namespace tallowin {
+
+void GetNxtWord(std::string& line, std::string& word) {
+  for (;;) {
+    const auto blank = line.find(' ');
+    if (blank == std::string::npos) {
+      word = std::exchange(line, {});
+      return;
+    }
+    word = line.substr(0, blank);
+    line.erase(0, blank + 1);
+    if (!word.empty()) return;
+  }
+}
+
+void Tallowin::CheckArguments() {
+  // Switches are found anywhere in the text, so they need nothing between them.
+  std::string arguments = commandLine_;
+  std::transform(arguments.begin(), arguments.end(), arguments.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  const auto given = [&](const char* text) { return arguments.find(text) != std::string::npos; };
+
+  // Through the items of the menu, so that the services stay off at the next start.
+  if (given("-disablemon") && mainForm_.ActiveMonMnu.Checked()) mainForm_.ActiveMonMnu.Click();
+  if (given("-disablesentry") && mainForm_.portsntmnu.Checked()) mainForm_.portsntmnu.Click();
+  if (given("-?")) {
+    questions_.MsgBox(mainForm_.ArgHelp.Text(), forms::MessageBoxStyle::Information,
+                      "Command Line Arguments");
+    host_.loop.End(0);
+  }
+  if (given("-restored")) RestoreMainWindow();
+}
+
+void Tallowin::RestoreMainWindow() {
+  if (options_.Visible()) return;
+  mainForm_.SetState(forms::WindowState::Normal);
+  mainForm_.Show();
+  // Topmost for a moment brings the window to the front. It also ends "Always On Top" until the
+  // settings are loaded again, and users have come to rely on that.
+  core::SetTopMost(mainForm_);
+  core::ClearTopMost(mainForm_);
+}
+
+}  // namespace tallowin

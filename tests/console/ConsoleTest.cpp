@@ -1,0 +1,362 @@
+#include "console/Console.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <vector>
+
+#include "console/Escapes.h"
+
+namespace tallowin::console {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using namespace std::string_literals;
+using ::testing::StartsWith;
+
+/// Events one after the other. A wait with nothing left to happen fails the test instead of
+/// standing for ever.
+class FakeLoop : public platform::EventLoop {
+ public:
+  void DoEvents() override {
+    for (auto left = events_.size(); left > 0 && !events_.empty(); --left) DeliverNext();
+  }
+  void RunUntil(const std::function<bool()>& done) override {
+    while (!done()) {
+      if (events_.empty()) throw std::logic_error("waits for an answer that never comes");
+      DeliverNext();
+    }
+  }
+  void Deliver(const std::function<void()>& handler) override {
+    if (ended_) return;
+    try {
+      handler();
+    } catch (const platform::RunTimeError& error) {
+      unhandled.push_back(error.Number());
+    } catch (const platform::ProgramEnded&) {
+    }
+  }
+  void Post(std::function<void()> handler) override { events_.push_back(std::move(handler)); }
+  [[noreturn]] void End(int) override {
+    ended_ = true;
+    throw platform::ProgramEnded();
+  }
+  [[nodiscard]] bool Ended() const override { return ended_; }
+  [[nodiscard]] int ExitStatus() const override { return 0; }
+  void OnUnhandledError(std::function<void(const platform::RunTimeError&)>) override {}
+  void OnTerminationRequest(std::function<void()>) override {}
+  void Sleep(std::chrono::milliseconds) override {}
+  std::unique_ptr<platform::Timer> MakeTimer(std::chrono::milliseconds,
+                                             std::function<void()>) override {
+    return nullptr;
+  }
+
+  void RunAll() {
+    while (!events_.empty()) DeliverNext();
+  }
+
+  std::vector<int> unhandled;
+
+ private:
+  void DeliverNext() {
+    const auto event = std::move(events_.front());
+    events_.pop_front();
+    Deliver(event);
+    if (ended_) throw platform::ProgramEnded();
+  }
+
+  std::deque<std::function<void()>> events_;
+  bool ended_ = false;
+};
+
+class FakeTerminal : public platform::Terminal {
+ public:
+  void ReadLines(std::function<void(std::string)> onLine, std::function<void()> onEnd) override {
+    line = std::move(onLine);
+    end = std::move(onEnd);
+  }
+  void Write(std::string_view text) override { output += text; }
+
+  std::function<void(std::string)> line;
+  std::function<void()> end;
+  std::string output;
+};
+
+struct Panel : forms::Form {
+  Panel() : Form("Panel") { SetCaption("A panel"); }
+  forms::TextBox Log{*this, "Log", {.text = "old\r\n", .multiLine = true, .locked = true}};
+  forms::TextBox Notes{*this, "Notes", {.multiLine = true}};
+  forms::TextBox Code{*this, "Code", {.maxLength = 3}};
+  forms::CheckBox Switch{*this, "Switch", "On", forms::CheckBox::Greyed};
+  forms::ComboBox Choice{*this, "Choice", "choose"};
+  forms::Button Go{*this, "Go", "&Go"};
+  forms::MenuItem Menu{*this, "Menu", "&Menu"};
+  forms::MenuItem Item{Menu, "Item", "&Item"};
+  forms::MenuItem Line{Menu, "Line", "-"};
+  forms::Frame Cellar{*this, "Cellar", "Cellar"};
+  forms::TextBox Buried{Cellar, "Buried", {}};
+};
+
+class ConsoleTest : public ::testing::Test {
+ protected:
+  ConsoleTest() {
+    forms.Add(panel);
+    console.Attach(forms, panel.Log, [this] { loop.End(0); });
+  }
+
+  void Send(const std::vector<std::string>& lines) {
+    for (const auto& line : lines) {
+      loop.Post([this, line] { terminal.line(line); });
+    }
+  }
+  void SendEnd() {
+    loop.Post([this] { terminal.end(); });
+  }
+
+  /// What the terminal shows from here on until nothing is left to do.
+  std::string Run() {
+    terminal.output.clear();
+    loop.RunAll();
+    return terminal.output;
+  }
+  std::string Do(const std::string& line) {
+    Send({line});
+    return Run();
+  }
+  forms::Answer Ask(const std::string& text, bool yesNo = true) {
+    return console.Questions().MsgBox(
+        text, yesNo ? forms::MessageBoxStyle::YesNoQuestion : forms::MessageBoxStyle::Information,
+        "Title");
+  }
+
+  FakeLoop loop;
+  FakeTerminal terminal;
+  Panel panel;
+  forms::Forms forms;
+  Console console{terminal, loop};
+};
+
+TEST_F(ConsoleTest, PrintsTheStatusLineByLineAndNothingOfWhatIsCleared) {
+  EXPECT_EQ(terminal.output, "old\n");
+  terminal.output.clear();
+  panel.Log.AppendText("one\r\ntwo\r\n");
+  panel.Log.SetText("");
+  EXPECT_EQ(terminal.output, "one\ntwo\n");
+  panel.Log.SetText("fresh");
+  panel.Log.AppendText("\x1b]0;owned\a\x9b 2J\0\r\xe2\x80\xae"s.append("\r\n"));
+  EXPECT_EQ(terminal.output, "one\ntwo\nfresh\n\\x1b]0;owned\\x07\\x9b 2J\\x00\n\\xe2\\x80\\xae\n");
+}
+
+TEST_F(ConsoleTest, ShowsFormsAndControls) {
+  panel.Go.SetEnabled(false);
+  panel.Cellar.SetVisible(false);
+  panel.Choice.AddItem("first");
+  panel.Choice.AddItem("sec\tond");
+  panel.Item.SetChecked(true);
+  panel.Notes.SetText("\x1b[2J" + std::string(200, '\x80'));
+  panel.Code.SetText(std::string(119, 'a') + "\xc3\xa4" + "b");
+  EXPECT_EQ(Do("forms"), "Panel\tForm\t\thidden\tA panel\n");
+  std::string notes = "\\x1b[2J";
+  for (int i = 0; i < 200; ++i) notes += "\\x80";
+  EXPECT_EQ(Do("show Panel"),
+            "Panel\tForm\t\thidden\tA panel\n"
+            "Log\tTextBox\told\\r\\n\n"
+            "Notes\tTextBox\t" +
+                notes +
+                "\n"
+                "Code\tTextBox\t" +
+                std::string(119, 'a') +
+                "\xc3\xa4... (122 bytes)\n"
+                "Switch\tCheckBox\t2\t\tOn\n"
+                "Choice\tComboBox\tchoose\n\t0\tfirst\n\t1\tsec\\tond\n"
+                "Go\tButton\t\tdisabled\t&Go\n"
+                "Menu\tMenuItem\t\t\t&Menu\n"
+                "Item\tMenuItem\tchecked\t\t&Item\n"
+                "Line\tMenuItem\t\t\t-\n"
+                "Cellar\tFrame\t\thidden\tCellar\n"
+                "Buried\tTextBox\n");
+  for (const auto* word : {"help", "forms", "show", "get", "set", "click", "select", "quit"}) {
+    EXPECT_THAT(Do("help"), HasSubstr(word));
+  }
+}
+
+TEST_F(ConsoleTest, ChangesControlsAsAUserWould) {
+  int changes = 0;
+  panel.Notes.OnChange = [&] { ++changes; };
+  EXPECT_EQ(Do("set Panel.Notes  two  blanks "), "");
+  EXPECT_EQ(panel.Notes.Text(), " two  blanks ");
+  EXPECT_EQ(Do("set Panel.Notes"), "");
+  EXPECT_EQ(panel.Notes.Text(), "");
+  EXPECT_EQ(changes, 2);
+  EXPECT_EQ(Do("set Panel.Code \xc3\xa4"
+               "bc"),
+            "");
+  EXPECT_EQ(Do("set Panel.Switch 1"), "");
+  EXPECT_EQ(panel.Switch.Value(), 1);
+  EXPECT_EQ(Do("set Panel.Choice typed"), "");
+  EXPECT_EQ(Do("get Panel.Choice"), "typed\n");
+  panel.Choice.AddItem("picked");
+  EXPECT_EQ(Do("  select Panel.Choice 0 "), "");
+  EXPECT_EQ(panel.Choice.Text(), "picked");
+  panel.Go.OnClick = [&] { panel.Log.AppendText("gone\r\n"); };
+  EXPECT_EQ(Do("click Panel.Go"), "gone\n");
+  panel.Item.OnClick = [&] { panel.Item.SetChecked(!panel.Item.Checked()); };
+  EXPECT_EQ(Do("click Panel.Item"), "");
+  EXPECT_EQ(Do("get Panel.Item"), "checked\n");
+}
+
+TEST_F(ConsoleTest, EveryTextThatGetPrintsCanBeSetAgain) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  all += "\\x41 \xc3\xa4 \\n";
+  panel.Notes.SetText(all);
+  std::string printed = Do("get Panel.Notes");
+  EXPECT_EQ(printed.find_first_of("\n\r\t\x1b"), printed.size() - 1);
+  printed.pop_back();
+  panel.Notes.SetText("");
+  EXPECT_EQ(Do("set Panel.Notes " + printed), "");
+  EXPECT_EQ(panel.Notes.Text(), all);
+  for (const auto* bad : {"\\", "\\q", "\\x", "\\x1", "\\xg0", "\\x-1", "end\\"}) {
+    EXPECT_EQ(Unescape(bad), std::nullopt) << bad;
+  }
+}
+
+TEST_F(ConsoleTest, TellsWhatIsPossibleInsteadOfWhatIsNot) {
+  panel.Go.SetEnabled(false);
+  panel.Cellar.SetVisible(false);
+  bool pressed = false;
+  panel.Go.OnClick = [&] { pressed = true; };
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"dance", "help"},
+      {"Help", "help"},
+      {"\x1b[2J", "\\x1b[2J"},
+      {std::string(2000000, 'x'), "xx"},
+      {"help me", "nothing"},
+      {"quit now", "nothing"},
+      {"show", "FORM"},
+      {"show Nothing", "Panel"},
+      {"show panel", "Panel"},
+      {"get Panel", "FORM.CONTROL"},
+      {"get Nothing.Go", "Panel"},
+      {"get Panel.Nothing", "show Panel"},
+      {"get .", "Panel"},
+      {"set", "FORM.CONTROL VALUE"},
+      {"set Panel.Notes \\q", "backslash"},
+      {"set Panel.Log new", "changed"},
+      {"set Panel.Code four", "3"},
+      {"set Panel.Code a\\nb", "one line"},
+      {"set Panel.Choice a\\rb", "one line"},
+      {"set Panel.Switch 2", "0 or 1"},
+      {"set Panel.Switch", "0 or 1"},
+      {"set Panel.Menu 1", "TextBox"},
+      {"set Panel.Buried text", "Cellar and is hidden"},
+      {"click", "FORM.CONTROL"},
+      {"click Panel.Go", "Go is disabled"},
+      {"click Panel.Line", "separator"},
+      {"click Panel.Notes", "Button"},
+      {"click Panel.Item KEY", "Item KEY"},
+      {"select Panel.Choice 0", "no entries"},
+      {"select Panel.Choice", "counted from 0"},
+      {"select Panel.Choice -1", "counted from 0"},
+      {"select Panel.Choice 1x", "counted from 0"},
+      {"select Panel.Choice 99999999999999999999999", "counted from 0"},
+      {"select Panel.Notes 0", "ComboBox"},
+  };
+  for (const auto& [line, possible] : cases) {
+    const std::string shown = line.substr(0, 60);
+    const std::string answer = Do(line);
+    EXPECT_THAT(answer, AllOf(StartsWith("error: "), HasSubstr(possible), EndsWith("\n"))) << shown;
+    EXPECT_EQ(std::count(answer.begin(), answer.end(), '\n'), 1) << shown;
+    EXPECT_LT(answer.size(), 300U) << shown;
+  }
+  panel.Choice.AddItem("one");
+  EXPECT_THAT(Do("select Panel.Choice 1"), HasSubstr("0 to 0"));
+  EXPECT_FALSE(pressed);
+  EXPECT_EQ(panel.Log.Text(), "old\r\n");
+  EXPECT_EQ(panel.Code.Text() + panel.Notes.Text() + panel.Buried.Text(), "");
+  EXPECT_EQ(panel.Switch.Value(), forms::CheckBox::Greyed);
+  EXPECT_EQ(Do("") + Do(" \t"), "");
+}
+
+TEST_F(ConsoleTest, AsksAndTakesTheNextLineAsTheAnswer) {
+  const std::vector<std::pair<std::string, forms::Answer>> answers = {
+      {"yes", forms::Answer::Yes}, {" YES\t", forms::Answer::Yes}, {"y", forms::Answer::Yes},
+      {"No", forms::Answer::No},   {"N", forms::Answer::No},
+  };
+  for (const auto& [line, answer] : answers) {
+    Send({line});
+    EXPECT_EQ(Ask("Sure?"), answer) << line;
+  }
+  terminal.output.clear();
+  Send({"quit", "", "yes no", "no"});
+  EXPECT_EQ(Ask("<b>\x1b[5m\r\nreally?"), forms::Answer::No);
+  EXPECT_EQ(terminal.output,
+            "[?] Title\n<b>\\x1b[5m\nreally?\nyes / no\nyes / no\nyes / no\nyes / no\n");
+  terminal.output.clear();
+  Send({"yes", "OK"});
+  EXPECT_EQ(console.Questions().MsgBox("saved", forms::MessageBoxStyle::Plain, ""),
+            forms::Answer::Ok);
+  EXPECT_EQ(terminal.output, "[?] Tallowin\nsaved\nok\nok\n");
+}
+
+TEST_F(ConsoleTest, TheNewestQuestionIsAnsweredFirst) {
+  std::vector<forms::Answer> given;
+  loop.Post([&] { given.push_back(Ask("inner")); });
+  Send({"no", "yes"});
+  given.push_back(Ask("outer"));
+  EXPECT_THAT(given, testing::ElementsAre(forms::Answer::No, forms::Answer::Yes));
+  EXPECT_THAT(terminal.output, EndsWith("inner\nyes / no\n[?] Title\nouter\nyes / no\n"));
+}
+
+TEST_F(ConsoleTest, LinesThatComeTooSoonKeepTheirOrder) {
+  std::string order;
+  panel.Go.OnClick = [&] {
+    loop.DoEvents();  // as each status line does: the rest of the script arrives here
+    order += Ask("first") == forms::Answer::Yes ? "yes " : "no ";
+    loop.DoEvents();
+    order += Ask("second", false) == forms::Answer::Ok ? "ok " : "";
+    throw platform::RunTimeError(5, "nobody handles it");
+  };
+  panel.Notes.OnChange = [&] { order += "set"; };
+  Send({"click Panel.Go", "yes", "ok", "set Panel.Notes x", "get Panel.Notes"});
+  SendEnd();
+  EXPECT_THAT(Run(), EndsWith("ok\nx\n"));
+  EXPECT_EQ(order, "yes ok set");
+  EXPECT_THAT(loop.unhandled, testing::ElementsAre(5));
+}
+
+TEST_F(ConsoleTest, EndOfInputAnswersQuestionsAndLeavesTheProgramRunning) {
+  panel.Go.OnClick = [&] { panel.Notes.SetText(Ask("?") == forms::Answer::No ? "no" : "yes"); };
+  Send({"click Panel.Go", "what"});
+  SendEnd();
+  EXPECT_EQ(Run(), "[?] Title\n?\nyes / no\nyes / no\n");
+  EXPECT_EQ(panel.Notes.Text(), "no");
+  EXPECT_FALSE(loop.Ended());
+  EXPECT_EQ(Ask("later", false), forms::Answer::Ok);
+  EXPECT_EQ(Ask("later"), forms::Answer::No);
+}
+
+TEST_F(ConsoleTest, QuitLeavesEverythingThatIsUnderWay) {
+  bool after = false;
+  panel.Go.OnClick = [&] {
+    loop.Post([this] { loop.End(0); });
+    (void)Ask("?");
+    after = true;
+  };
+  Send({"click Panel.Go"});
+  EXPECT_THROW(Run(), platform::ProgramEnded);
+  EXPECT_FALSE(after);
+}
+
+TEST_F(ConsoleTest, QuitRunsNoCommandBehindIt) {
+  Send({"quit", "set Panel.Notes x"});
+  EXPECT_THROW(Run(), platform::ProgramEnded);
+  EXPECT_EQ(panel.Notes.Text(), "");
+}
+
+}  // namespace
+}  // namespace tallowin::console

@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "forms/Controls.h"
+#include "forms/Form.h"
+#include "platform/RunTimeError.h"
+
+namespace tallowin::forms {
+namespace {
+
+struct SmallForm : Form {
+  SmallForm() : Form("SmallForm") {}
+  MenuItem menu{*this, "menu", "&Menu"};
+  MenuItem item{menu, "item", "&Item"};
+  Frame frame{*this, "frame", "Frame"};
+  CheckBox box{frame, "box", "Box", CheckBox::Greyed};
+  TextBox text{frame, "text", {}};
+  ComboBox list{frame, "list", "choose"};
+};
+
+TEST(Control, ASetterTellsObserversThenRunsTheHandlerAndOnlyOnAChange) {
+  SmallForm form;
+  std::string order;
+  form.box.OnClick = [&] { order += "h" + std::to_string(form.box.Value()); };
+  const auto observation = form.box.Observe(
+      [&](const Change& change) { order += change.property == Property::Everything ? "e" : "o"; });
+  EXPECT_EQ(order, "e") << "the present state comes at once";
+  form.box.SetValue(CheckBox::Greyed);
+  EXPECT_EQ(order, "e");
+  form.box.SetValue(1);
+  form.box.SetValue(1);
+  form.box.SetValue(0);
+  EXPECT_EQ(order, "eoh1oh0");
+  EXPECT_THROW(form.box.SetValue(3), platform::RunTimeError);
+}
+
+TEST(Control, ObserversMayComeAndGoWhileTheyAreTold) {
+  SmallForm form;
+  std::vector<Observation> observations;
+  int told = 0;
+  observations.push_back(form.text.Observe([&](const Change& change) {
+    ++told;
+    if (change.property != Property::Text) return;
+    observations.push_back(form.text.Observe([&](const Change&) { ++told; }));
+    observations.front().reset();
+    form.text.AppendText("nested");
+  }));
+  form.text.SetText("a");
+  EXPECT_EQ(form.text.Text(), "anested");
+  EXPECT_EQ(told, 5) << "first, change; then the new one: at once, nested, and the outer change";
+  form.text.SetText("b");
+  EXPECT_EQ(told, 6);
+}
+
+TEST(Control, FoundByNameAndUsableOnlyInUsableContainers) {
+  SmallForm form;
+  EXPECT_EQ(form.Find("item"), &form.item);
+  EXPECT_EQ(form.Find("Item"), nullptr);
+  EXPECT_EQ(form.Controls().size(), 6U);
+  EXPECT_TRUE(form.box.Usable()) << "the form need not be on show";
+  form.frame.SetEnabled(false);
+  EXPECT_FALSE(form.box.Usable());
+  form.menu.SetVisible(false);
+  EXPECT_FALSE(form.item.Usable());
+}
+
+TEST(Control, TextGrowsByTheAdditionAlone) {
+  SmallForm form;
+  std::string seen;
+  const auto observation = form.text.Observe([&](const Change& change) {
+    if (change.property == Property::AppendedText) seen += change.addition;
+  });
+  int changes = 0;
+  form.text.OnChange = [&] { ++changes; };
+  form.text.AppendText("one");
+  form.text.AppendText("");
+  form.text.AppendText(std::string("\0two", 4));
+  EXPECT_EQ(form.text.Text(), std::string("one\0two", 7));
+  EXPECT_EQ(seen, form.text.Text());
+  EXPECT_EQ(changes, 2);
+}
+
+TEST(Control, ListsAndFormStates) {
+  SmallForm form;
+  form.list.AddItem("a");
+  form.list.AddItem("b");
+  form.list.Select(1);
+  EXPECT_EQ(form.list.Text(), "b");
+  EXPECT_THROW(form.list.Select(2), platform::RunTimeError);
+  form.list.RemoveItem(0);
+  EXPECT_EQ(form.list.List(0), "b");
+
+  int resized = 0;
+  form.OnResize = [&] { ++resized; };
+  form.SetState(WindowState::Minimised);
+  form.SetState(WindowState::Minimised);
+  EXPECT_EQ(resized, 1);
+  form.Show();
+  form.PressCloseBox();
+  EXPECT_FALSE(form.Visible());
+}
+
+}  // namespace
+}  // namespace tallowin::forms

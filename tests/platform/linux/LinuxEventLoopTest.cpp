@@ -1,0 +1,221 @@
+#include "platform/linux/LinuxEventLoop.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "LoopTest.h"
+#include "platform/linux/LinuxTerminal.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+using namespace std::chrono_literals;
+
+using LinuxEventLoopTest = LoopTest;
+
+TEST_F(LinuxEventLoopTest, EndLeavesEveryHandlerThatIsUnderWay) {
+  std::string ran;
+  loop.Post([&] {
+    ran += "outer ";
+    loop.Post([&] {
+      ran += "inner ";
+      loop.Post([&] { ran += "queued "; });
+      loop.End(3);
+    });
+    loop.DoEvents();
+    ran += "behind ";
+  });
+  EXPECT_THROW(loop.RunUntil([] { return false; }), ProgramEnded);
+  EXPECT_EQ(ran, "outer inner ");
+  loop.Deliver([&] { ran += "late"; });
+  EXPECT_THROW(loop.DoEvents(), ProgramEnded);
+  EXPECT_THROW(loop.End(5), ProgramEnded);
+  EXPECT_EQ(ran, "outer inner ");
+  EXPECT_EQ(loop.ExitStatus(), 3);
+}
+
+TEST_F(LinuxEventLoopTest, OneLoopEndsWithoutTheOther) {
+  LinuxEventLoop other;
+  RunProgram([&] { loop.End(0); });
+  loop.Post([] { FAIL() << "A program that has ended runs nothing."; });
+  bool ran = false;
+  other.Post([&] { ran = true; });
+  other.RunUntil([&] { return ran; });
+  EXPECT_FALSE(other.Ended());
+}
+
+TEST_F(LinuxEventLoopTest, UnhandledErrorsGoToTheirHandlerWhichMayAskQuestions) {
+  std::vector<int> numbers;
+  loop.OnUnhandledError([&](const RunTimeError& error) {
+    numbers.push_back(error.Number());
+    bool answered = false;
+    loop.Post([&] { answered = true; });
+    loop.RunUntil([&] { return answered; });
+    if (numbers.size() == 2) loop.End(7);
+  });
+  loop.Deliver([] { throw RunTimeError(9, "Subscript out of range"); });
+  EXPECT_FALSE(loop.Ended());
+  RunProgram([] { throw std::logic_error("a fault of our own"); });
+  EXPECT_EQ(numbers, (std::vector{9, 51}));
+  EXPECT_EQ(loop.ExitStatus(), 7);
+}
+
+TEST_F(LinuxEventLoopTest, AnErrorWithoutAHandlerEndsTheProgram) {
+  RunProgram([] { throw RunTimeError(53, "File not found"); });
+  EXPECT_EQ(loop.ExitStatus(), 1);
+}
+
+TEST_F(LinuxEventLoopTest, PostedHandlersRunInOrderInLaterPasses) {
+  std::string ran;
+  std::function<void()> again = [&] {
+    ran += "a";
+    loop.Post(again);
+  };
+  again();
+  loop.Post([&] { ran += "b"; });
+  EXPECT_EQ(ran, "a");
+  loop.DoEvents();
+  EXPECT_EQ(ran, "aab");
+
+  std::thread poster([&] { loop.Post([&] { ran += "c"; }); });
+  loop.RunUntil([&] { return ran.ends_with('c'); });
+  poster.join();
+}
+
+TEST_F(LinuxEventLoopTest, RunUntilLeavesWhatIsPendingWhenItsConditionHolds) {
+  int ran = 0;
+  for (int i = 0; i < 3; ++i) loop.Post([&] { ++ran; });
+  loop.RunUntil([&] { return ran == 1; });
+  EXPECT_EQ(ran, 1);
+  EXPECT_TRUE(Until([&] { return ran == 3; }));
+}
+
+TEST_F(LinuxEventLoopTest, ATickIsHeldBackWhileTheOneBeforeItRuns) {
+  int ticks = 0;
+  int depth = 0;
+  std::unique_ptr<Timer> timer = loop.MakeTimer(50ms, [&] {
+    EXPECT_EQ(++depth, 1);
+    ++ticks;
+    const auto start = std::chrono::steady_clock::now();
+    if (ticks == 1) {
+      EXPECT_TRUE(Until([&] { return std::chrono::steady_clock::now() - start > 60ms; }));
+    }
+    --depth;
+  });
+  EXPECT_FALSE(timer->Enabled());
+  timer->SetEnabled(true);
+  ASSERT_TRUE(Until([&] { return ticks == 1; }));
+  loop.DoEvents();
+  EXPECT_GE(ticks, 2) << "The tick that fell due meanwhile is made up for at once.";
+
+  bool ran = false;
+  timer = loop.MakeTimer(1ms, [&] {
+    timer.reset();
+    ran = true;
+  });
+  timer->SetEnabled(true);
+  EXPECT_TRUE(Until([&] { return ran; }));
+}
+
+TEST_F(LinuxEventLoopTest, ASecondRequestToEndDoesNotWaitForTheFirst) {
+  int requests = 0;
+  loop.OnTerminationRequest([&] { ++requests; });
+  raise(SIGHUP);
+  ASSERT_TRUE(Until([&] { return requests == 1; }));
+
+  loop.OnTerminationRequest([&] {
+    ++requests;
+    raise(SIGINT);
+    loop.RunUntil([] { return false; });
+  });
+  raise(SIGTERM);
+  EXPECT_THROW(loop.RunUntil([] { return false; }), ProgramEnded);
+  EXPECT_EQ(requests, 2);
+  EXPECT_EQ(loop.ExitStatus(), 1);
+}
+
+class LinuxTerminalTest : public LoopTest {
+ protected:
+  LinuxTerminalTest() {
+    int ends[2];
+    EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    readEnd = FileDescriptor(ends[0]);
+    writeEnd = FileDescriptor(ends[1]);
+  }
+
+  std::vector<std::string> ReadAll(int input) {
+    LinuxTerminal terminal(loop, input);
+    std::vector<std::string> lines;
+    int ended = 0;
+    terminal.ReadLines([&](const std::string& line) { lines.push_back(line); }, [&] { ++ended; });
+    EXPECT_TRUE(Until([&] { return ended > 0; }));
+    loop.DoEvents();
+    EXPECT_EQ(ended, 1);
+    return lines;
+  }
+
+  FileDescriptor readEnd;
+  FileDescriptor writeEnd;
+};
+
+TEST_F(LinuxTerminalTest, ReadsLinesFromPipesAndFiles) {
+  const std::string longest(std::size_t{1} << 20U, 'x');
+  const std::string text = "one\r\n\ntwo\rthree\n" + longest + "\r\n" + longest + "yz\r\nlast";
+  const std::vector<std::string> lines{"one", "", "two\rthree", longest, longest, "last"};
+
+  std::thread writer([&] {
+    LinuxTerminal(loop, -1, writeEnd.Get()).Write(text);
+    writeEnd = FileDescriptor();
+  });
+  EXPECT_TRUE(ReadAll(readEnd.Get()) == lines);
+  writer.join();
+
+  const std::unique_ptr<FILE, int (*)(FILE*)> file(tmpfile(), fclose);
+  fputs(text.c_str(), file.get());
+  rewind(file.get());
+  EXPECT_TRUE(ReadAll(fileno(file.get())) == lines);
+  const FileDescriptor nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  EXPECT_TRUE(ReadAll(nothing.Get()).empty());
+}
+
+TEST_F(LinuxTerminalTest, ALineReachesAQuestionThatTheLineBeforeItAsks) {
+  LinuxTerminal terminal(loop, readEnd.Get(), writeEnd.Get());
+  std::string answer;
+  bool done = false;
+  terminal.ReadLines(
+      [&](const std::string& line) {
+        if (line != "ask") return answer.assign(line), void();
+        loop.RunUntil([&] { return !answer.empty(); });
+        done = true;
+      },
+      {});
+  terminal.Write("ask\nyes\n");
+  EXPECT_TRUE(Until([&] { return done; }));
+  EXPECT_EQ(answer, "yes");
+}
+
+TEST_F(LinuxTerminalTest, WritesAllToAReaderThatIsSlowAndNothingToOneThatIsGone) {
+  const std::string text(300000, 'w');
+  fcntl(writeEnd.Get(), F_SETFL, O_NONBLOCK);
+  std::size_t got = 0;
+  std::thread reader([&] {
+    char buffer[1000];
+    while (got < text.size()) got += static_cast<std::size_t>(read(readEnd.Get(), buffer, 1000));
+  });
+  LinuxTerminal terminal(loop, -1, writeEnd.Get());
+  terminal.Write(text);
+  reader.join();
+  EXPECT_EQ(got, text.size());
+  readEnd = FileDescriptor();
+  terminal.Write("nobody reads this, and nothing happens");
+}
+
+}  // namespace
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,355 @@
+// A host in memory: what the system asks of it is kept here, and tests change it as they like.
+#pragma once
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "forms/Questions.h"
+#include "platform/EventLoop.h"
+#include "platform/Host.h"
+#include "platform/IniFiles.h"
+#include "platform/OperatingSystem.h"
+#include "platform/Paths.h"
+#include "platform/RegionalSettings.h"
+#include "platform/Registry.h"
+#include "platform/Shell.h"
+#include "platform/SingleInstance.h"
+#include "platform/Winsock.h"
+
+namespace tallowin::test {
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tallowin-XXXXXX").string();
+    path_ = mkdtemp(pattern.data());
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  [[nodiscard]] const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+inline std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class FakeLoop : public platform::EventLoop {
+ public:
+  std::deque<std::function<void()>> pending;  ///< what the next pass delivers
+  std::function<void(std::chrono::milliseconds)> whileAsleep;
+
+  void DoEvents() override {
+    if (ended_) throw platform::ProgramEnded();
+    for (auto now = std::exchange(pending, {}); !now.empty(); now.pop_front()) {
+      Deliver(now.front());
+    }
+    if (ended_) throw platform::ProgramEnded();
+  }
+  void RunUntil(const std::function<bool()>& done) override {
+    while (!done()) DoEvents();
+  }
+  void Deliver(const std::function<void()>& handler) override {
+    try {
+      handler();
+    } catch (const platform::RunTimeError& error) {
+      if (!unhandled_) throw;
+      Deliver([&] { unhandled_(error); });
+    } catch (const platform::ProgramEnded&) {
+    }
+  }
+  void Post(std::function<void()> handler) override { pending.push_back(std::move(handler)); }
+  [[noreturn]] void End(int exitStatus) override {
+    if (!std::exchange(ended_, true)) exitStatus_ = exitStatus;
+    throw platform::ProgramEnded();
+  }
+  [[nodiscard]] bool Ended() const override { return ended_; }
+  [[nodiscard]] int ExitStatus() const override { return exitStatus_; }
+  void OnUnhandledError(std::function<void(const platform::RunTimeError&)> handler) override {
+    unhandled_ = std::move(handler);
+  }
+  void OnTerminationRequest(std::function<void()>) override {}
+  void Sleep(std::chrono::milliseconds time) override {
+    if (whileAsleep) whileAsleep(time);
+  }
+  std::unique_ptr<platform::Timer> MakeTimer(std::chrono::milliseconds,
+                                             std::function<void()>) override {
+    return nullptr;
+  }
+
+ private:
+  std::function<void(const platform::RunTimeError&)> unhandled_;
+  bool ended_ = false;
+  int exitStatus_ = -1;
+};
+
+/// Values in the order of their first writing, under "root:path", all in lower case.
+class FakeRegistry : public platform::Registry {
+ public:
+  using Values = std::vector<std::pair<std::string, platform::RegistryValue>>;
+  std::map<std::string, Values> keys;
+
+  static std::string Lower(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+  }
+  static platform::RegistryValue* Find(Values& values, std::string_view name) {
+    for (auto& [stored, value] : values) {
+      if (Lower(stored) == Lower(name)) return &value;
+    }
+    return nullptr;
+  }
+
+  platform::RegistryResult OpenKey(platform::RegistryRoot, std::string_view path,
+                                   std::unique_ptr<platform::RegistryKey>& key) override {
+    const auto found = keys.find(Lower(path));
+    if (found == keys.end()) return platform::registry::kNotFound;
+    key = std::make_unique<Key>(found->second);
+    return platform::registry::kSuccess;
+  }
+  platform::RegistryResult CreateKey(platform::RegistryRoot root, std::string_view path,
+                                     std::unique_ptr<platform::RegistryKey>& key) override {
+    keys[Lower(path)];
+    return OpenKey(root, path, key);
+  }
+  platform::RegistryResult DeleteTree(platform::RegistryRoot, std::string_view path) override {
+    return keys.erase(Lower(path)) == 0 ? platform::registry::kNotFound
+                                        : platform::registry::kSuccess;
+  }
+
+ private:
+  class Key : public platform::RegistryKey {
+   public:
+    explicit Key(Values& values) : values_(values) {}
+    platform::RegistryResult QueryValue(std::string_view name,
+                                        platform::RegistryValue& value) override {
+      const auto* found = Find(values_, name);
+      if (found == nullptr) return platform::registry::kNotFound;
+      value = *found;
+      return platform::registry::kSuccess;
+    }
+    platform::RegistryResult SetValue(std::string_view name,
+                                      const platform::RegistryValue& value) override {
+      if (auto* found = Find(values_, name)) {
+        *found = value;
+      } else {
+        values_.emplace_back(name, value);
+      }
+      return platform::registry::kSuccess;
+    }
+    platform::RegistryResult DeleteValue(std::string_view name) override {
+      return std::erase_if(
+                 values_, [&](const auto& entry) { return Lower(entry.first) == Lower(name); }) == 0
+                 ? platform::registry::kNotFound
+                 : platform::registry::kSuccess;
+    }
+    platform::RegistryResult EnumValue(std::uint32_t, std::string&,
+                                       platform::RegistryValue&) override {
+      return platform::registry::kNoMoreItems;
+    }
+    platform::RegistryResult EnumKey(std::uint32_t, std::string&) override {
+      return platform::registry::kNoMoreItems;
+    }
+
+   private:
+    Values& values_;
+  };
+};
+
+class FakePaths : public platform::Paths {
+ public:
+  explicit FakePaths(std::string folder) : folder_(std::move(folder)) {}
+  [[nodiscard]] char Separator() const override { return '/'; }
+  [[nodiscard]] std::string ProgramFolder() const override { return folder_; }
+  [[nodiscard]] std::string WindowsFolder() const override { return folder_ + "/windows"; }
+  [[nodiscard]] std::string SystemFolder() const override { return folder_ + "/system"; }
+  [[nodiscard]] std::string DriveC() const override { return folder_; }
+  [[nodiscard]] bool Find(std::string_view path) const override {
+    return std::filesystem::exists(path);
+  }
+  std::string MakeTempFile(std::string_view, std::string_view) override { return {}; }
+  [[nodiscard]] std::string SearchPath(std::string_view) const override { return {}; }
+  [[nodiscard]] std::string FullPath(std::string_view path) const override {
+    return std::string(path);
+  }
+  [[nodiscard]] std::string ShortPath(std::string_view path) const override {
+    return std::string(path);
+  }
+
+ private:
+  std::string folder_;
+};
+
+/// Time stands still, in forms of a fixed region.
+class FakeRegional : public platform::RegionalSettings {
+ public:
+  std::string time = "9:41:07 PM";
+  [[nodiscard]] TimePoint Now() const override { return {}; }
+  [[nodiscard]] std::string LongDate(TimePoint) const override {
+    return "Saturday, September 16, 2000";
+  }
+  [[nodiscard]] std::string ShortDate(TimePoint) const override { return "9/16/2000"; }
+  [[nodiscard]] std::string DefaultTime(TimePoint) const override { return time; }
+  [[nodiscard]] std::string TwelveHourTime(TimePoint) const override { return "09:41:07 PM"; }
+};
+inline constexpr const char* kStamp = "Saturday, September 16, 2000 09:41:07 PM :";
+
+/// Answers each question with the next answer of the script, or Ok; remembers what was asked.
+class ScriptedQuestions : public forms::Questions {
+ public:
+  struct Asked {
+    std::string text;
+    forms::MessageBoxStyle style;
+    std::string title;
+  };
+  std::vector<Asked> asked;
+  std::deque<forms::Answer> answers;
+  std::function<void()> whileAsking;
+
+  forms::Answer MsgBox(const std::string& text, forms::MessageBoxStyle style,
+                       const std::string& title) override {
+    asked.push_back({text, style, title});
+    if (whileAsking) whileAsking();
+    if (answers.empty()) return forms::Answer::Ok;
+    const auto answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+};
+
+/// Sockets that a test plays the network for. Each keeps what was done to it.
+class FakeSockets : public platform::SocketFactory {
+ public:
+  class Socket : public platform::Winsock {
+   public:
+    explicit Socket(FakeSockets& network) : network_(network) { network_.all.push_back(this); }
+    Socket(const Socket&) = delete;
+    Socket& operator=(const Socket&) = delete;
+    ~Socket() override { std::erase(network_.all, this); }
+
+    platform::SocketEvents events;
+    platform::SocketState state = platform::SocketState::Closed;
+    int localPort = 0;
+    std::string remoteIP;
+    std::string sent;
+    std::string received;
+
+    void SetEvents(platform::SocketEvents newEvents) override { events = std::move(newEvents); }
+    [[nodiscard]] platform::SocketState State() const override { return state; }
+    [[nodiscard]] int LocalPort() const override { return localPort; }
+    void SetLocalPort(int port) override { localPort = port; }
+    [[nodiscard]] int RemotePort() const override { return 0; }
+    void SetRemotePort(int) override {}
+    [[nodiscard]] std::string RemoteHost() const override { return {}; }
+    void SetRemoteHost(std::string) override {}
+    [[nodiscard]] std::string RemoteHostIP() const override { return remoteIP; }
+    void Listen() override {
+      if (network_.takenPorts[localPort]) {
+        throw platform::RunTimeError(10048, "Address already in use");
+      }
+      state = platform::SocketState::Listening;
+    }
+    void Accept(std::int32_t) override {
+      if (state != platform::SocketState::Closed) {
+        throw platform::RunTimeError(10056, "Socket is already connected");
+      }
+      state = platform::SocketState::Connected;
+    }
+    void Connect() override { state = platform::SocketState::Connecting; }
+    void SendData(std::string_view data) override {
+      if (state != platform::SocketState::Connected) {
+        throw platform::RunTimeError(10057, "Socket is not connected");
+      }
+      sent += data;
+    }
+    std::string GetData() override { return std::exchange(received, {}); }
+    void Close() override { state = platform::SocketState::Closed; }
+
+   private:
+    FakeSockets& network_;
+  };
+
+  std::vector<Socket*> all;
+  std::map<int, bool> takenPorts;
+
+  std::unique_ptr<platform::Winsock> MakeWinsock() override {
+    return std::make_unique<Socket>(*this);
+  }
+  [[nodiscard]] Socket* ListeningOn(int port) const {
+    for (auto* socket : all) {
+      if (socket->localPort == port && socket->state == platform::SocketState::Listening) {
+        return socket;
+      }
+    }
+    return nullptr;
+  }
+};
+
+class FakeIniFiles : public platform::IniFiles {
+ public:
+  std::string GetPrivateProfileString(std::string_view, std::string_view, std::string_view,
+                                      std::size_t) override {
+    return {};
+  }
+  bool WritePrivateProfileString(std::string_view, std::string_view, std::string_view,
+                                 std::string_view) override {
+    return false;
+  }
+};
+
+class FakeShell : public platform::Shell {
+ public:
+  std::int32_t Execute(std::string_view, std::string_view, std::int32_t) override { return 42; }
+};
+
+struct FakeInstance : platform::SingleInstance {
+  bool first = true;
+  bool Claim() override { return first; }
+};
+
+struct FakeSystem : platform::OperatingSystem {
+  platform::OsVersion version{1, 4, 10};
+  [[nodiscard]] platform::OsVersion GetVersion() const override { return version; }
+};
+
+struct FakeHost {
+  TemporaryFolder folder;
+  FakeLoop loop;
+  FakeSockets sockets;
+  FakeRegistry registry;
+  FakeIniFiles iniFiles;
+  FakePaths paths{folder.Path()};
+  FakeShell shell;
+  FakeRegional regional;
+  FakeInstance instance;
+  FakeSystem system;
+
+  [[nodiscard]] platform::Host Host() {
+    return {loop, sockets, registry, iniFiles, paths, shell, regional, instance, system};
+  }
+
+  /// The registry as the presets leave it: all switches as given, all slots empty.
+  void ImportPresets(std::uint32_t portSentry, std::uint32_t verbose);
+  platform::RegistryValue& Setting(const std::string& name);
+  platform::RegistryValue& Port(int slot, const std::string& name);
+};
+
+}  // namespace tallowin::test
