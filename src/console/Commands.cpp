@@ -46,7 +46,8 @@ const Commands::Command Commands::kCommands[] = {
     {"get", "FORM.CONTROL", "the value of a control", &Commands::Get},
     {"set", "FORM.CONTROL VALUE", "change it as a user would; \\n \\r \\t \\\\ \\x1b are escapes",
      &Commands::Set},
-    {"click", "FORM.CONTROL", "press a button, choose a menu item", &Commands::Click},
+    {"click", "FORM.CONTROL [KEY]", "press a button, by its KEY on a tool bar; choose a menu item",
+     &Commands::Click},
     {"select", "FORM.CONTROL N", "choose entry N of a list, counted from 0", &Commands::Select},
     {"quit", "", "end the program", &Commands::Quit},
 };
@@ -113,8 +114,11 @@ std::string Commands::Set(std::string_view arguments) {
 }
 
 std::string Commands::Click(std::string_view arguments) {
-  const auto [control, failure] = FindControl(Trimmed(arguments));
-  return control == nullptr ? Error(failure) : Outcome(console::Click(*control));
+  arguments = Trimmed(arguments);
+  const auto name = TakeWord(arguments);
+  const auto [control, failure] = FindControl(name);
+  return control == nullptr ? Error(failure)
+                            : Outcome(console::Click(*control, Trimmed(arguments)));
 }
 
 std::string Commands::Select(std::string_view arguments) {

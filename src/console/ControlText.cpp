@@ -26,6 +26,14 @@ std::string DescribeRows(const forms::ItemList& list) {
   return rows;
 }
 
+std::string DescribeButtons(const forms::ToolBar& bar) {
+  std::string rows;
+  for (const auto& button : bar.Buttons()) {
+    rows += "\t" + Escape(button.Key) + "\t" + Cut(button.Caption) + "\n";
+  }
+  return rows;
+}
+
 }  // namespace
 
 std::string DescribeControl(const forms::Control& control) {
@@ -42,6 +50,9 @@ std::string DescribeForm(const forms::Form& form) {
     text += DescribeControl(*control) + "\n";
     if (const auto* list = dynamic_cast<const forms::ItemList*>(control)) {
       text += DescribeRows(*list);
+    }
+    if (const auto* bar = dynamic_cast<const forms::ToolBar*>(control)) {
+      text += DescribeButtons(*bar);
     }
   }
   return text;

@@ -13,7 +13,7 @@ namespace tallowin::console {
 [[nodiscard]] std::string DescribeControl(const forms::Control& control);
 
 /// The form and its controls, a line each. The rows of a list stand below it: a tab, the number, a
-/// tab and the text.
+/// tab and the text. So do the buttons of a tool bar, with their keys and captions.
 [[nodiscard]] std::string DescribeForm(const forms::Form& form);
 
 }  // namespace tallowin::console

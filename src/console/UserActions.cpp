@@ -40,6 +40,16 @@ std::string Tick(forms::CheckBox& box, const std::string& value) {
   return {};
 }
 
+std::string ClickOn(forms::ToolBar& bar, std::string_view key) {
+  if (const auto* button = bar.Find(key)) {
+    bar.Click(*button);
+    return {};
+  }
+  std::string failure = bar.Name() + " has the buttons";
+  for (const auto& button : bar.Buttons()) failure += " " + button.Key;
+  return failure;
+}
+
 }  // namespace
 
 std::string SetValue(forms::Control& control, const std::string& value) {
@@ -54,14 +64,17 @@ std::string SetValue(forms::Control& control, const std::string& value) {
   return WrongKind(control, "a TextBox, a ComboBox or a CheckBox can be set");
 }
 
-std::string Click(forms::Control& control) {
+std::string Click(forms::Control& control, std::string_view key) {
   if (!control.Usable()) return WhyUnusable(control);
+  if (auto* bar = dynamic_cast<forms::ToolBar*>(&control)) return ClickOn(*bar, key);
+  if (!key.empty()) return WrongKind(control, "a key names a button of a ToolBar");
   if (auto* button = dynamic_cast<forms::Button*>(&control)) {
     button->Click();
     return {};
   }
   auto* item = dynamic_cast<forms::MenuItem*>(&control);
-  if (item == nullptr) return WrongKind(control, "a Button or a MenuItem can be clicked");
+  if (item == nullptr)
+    return WrongKind(control, "a Button, a MenuItem or a button of a ToolBar can be clicked");
   if (item->IsSeparator()) return item->Name() + " is a separator";
   item->Click();
   return {};

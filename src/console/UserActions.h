@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "forms/Control.h"
 
@@ -15,8 +16,9 @@ namespace tallowin::console {
 /// Types a text into a box, or sets a check box to "0" or "1".
 [[nodiscard]] std::string SetValue(forms::Control& control, const std::string& value);
 
-/// Presses a button or chooses a menu item.
-[[nodiscard]] std::string Click(forms::Control& control);
+/// Presses a button or chooses a menu item; `key` names the button of a tool bar, and is empty for
+/// anything else.
+[[nodiscard]] std::string Click(forms::Control& control, std::string_view key = {});
 
 /// Picks the entry of a list that is counted from 0.
 [[nodiscard]] std::string Select(forms::Control& control, std::size_t index);

@@ -22,4 +22,22 @@ std::string GetLine(std::string_view text, std::size_t number) {
   return line;
 }
 
+std::vector<std::string> LastLines(std::string_view text, std::size_t back) {
+  if (text.empty() && back > 0) return {};
+  // Behind a CR at the very end there is no line that would count.
+  if (text.ends_with('\r')) text.remove_suffix(1);
+  std::vector<std::string> lines;
+  for (bool more = true; more && lines.size() <= back;) {
+    const auto end = text.rfind('\r');
+    more = end != std::string_view::npos;
+    std::string& line = lines.emplace_back(text.substr(more ? end + 1 : 0));
+    std::erase(line, '\n');
+    if (more) text = text.substr(0, end);
+  }
+  if (lines.size() < back) return {};
+  if (lines.size() == back) lines.emplace_back();  // line 0
+  std::reverse(lines.begin(), lines.end());
+  return lines;
+}
+
 }  // namespace tallowin::core

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tallowin::core {
 
@@ -13,5 +14,9 @@ namespace tallowin::core {
 
 /// Line `number` from 1, without CR and LF; empty for 0 and beyond the end.
 [[nodiscard]] std::string GetLine(std::string_view text, std::size_t number);
+
+/// The lines from CountLines - `back` up to CountLines, each as GetLine gives it, at the cost of
+/// these lines alone, however long the text is. Nothing if CountLines is less than `back`.
+[[nodiscard]] std::vector<std::string> LastLines(std::string_view text, std::size_t back);
 
 }  // namespace tallowin::core

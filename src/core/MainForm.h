@@ -9,6 +9,9 @@ namespace tallowin::core {
 /// Controls only. What they do is wired in tallowin/Menu.cpp, and by the subsystems that own them.
 class MainForm : public forms::Form {
  public:
+  /// What LoggedIPs shows before anybody has called.
+  static constexpr const char* kNoAddress = "IP Addresses...";
+
   MainForm();
 
   forms::MenuItem protmnu{*this, "protmnu", "&Services"};
@@ -23,12 +26,21 @@ class MainForm : public forms::Form {
   forms::MenuItem Removelogs{protmnu, "Removelogs", "Remove &All Logs"};
   forms::MenuItem exittwmnu{protmnu, "exittwmnu", "E&xit Tallowin"};
 
+  forms::MenuItem inetdefense{*this, "inetdefense", "&Internet Utilities"};
+  forms::MenuItem simhack{inetdefense, "simhack", "Simulate &Hacker"};
+
   forms::Label StatusLabel{*this, "StatusLabel", "Main Status:"};
   forms::TextBox Status{*this, "Status", {.multiLine = true, .locked = true}};
 
   forms::Frame Frame3{*this, "Frame3", "Tools"};
   forms::Label Label1{Frame3, "Label1", "IP Log:"};
-  forms::ComboBox LoggedIPs{Frame3, "LoggedIPs", "IP Addresses..."};
+  forms::ComboBox LoggedIPs{Frame3, "LoggedIPs", kNoAddress};
+  forms::ToolBar Toolbar1{Frame3,
+                          "Toolbar1",
+                          {{"whois", "Whois"},
+                           {"traceroute", "Trace Route"},
+                           {"ping", "Ping"},
+                           {"dnslookup", "Reverse DNS"}}};
 
   /// Below the height that start-up gives the window: never seen.
   forms::Frame NonVisible{*this, "NonVisible", "Non Visible Components"};

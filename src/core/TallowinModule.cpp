@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "core/Endpoints.h"
-
 namespace tallowin::core {
 
 namespace {
@@ -34,7 +32,7 @@ void TallowinModule::SetAppVersion(int major, int minor, int revision) {
 }
 
 void TallowinModule::SetWhoisServers() {
-  std::copy(endpoints::kWhoisServers.begin(), endpoints::kWhoisServers.end(),
+  std::copy(endpoints_.whoisServers.begin(), endpoints_.whoisServers.end(),
             WhoisServers.begin() + 1);
 }
 

@@ -3,7 +3,9 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
+#include "core/Endpoints.h"
 #include "forms/Form.h"
 #include "platform/OperatingSystem.h"
 #include "platform/Paths.h"
@@ -19,8 +21,9 @@ void ClearTopMost(forms::Form& window);
 
 class TallowinModule {
  public:
-  TallowinModule(platform::Paths& paths, platform::OperatingSystem& system)
-      : paths_(paths), system_(system) {}
+  TallowinModule(platform::Paths& paths, platform::OperatingSystem& system,
+                 Endpoints endpoints = {})
+      : paths_(paths), system_(system), endpoints_(std::move(endpoints)) {}
 
   std::string ProductTitle;
   std::string AppVersion;
@@ -47,6 +50,7 @@ class TallowinModule {
  private:
   platform::Paths& paths_;
   platform::OperatingSystem& system_;
+  Endpoints endpoints_;
 };
 
 }  // namespace tallowin::core

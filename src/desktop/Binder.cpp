@@ -13,6 +13,7 @@
 #include "desktop/ItemListModel.h"
 #include "desktop/Text.h"
 #include "desktop/TextView.h"
+#include "desktop/ToolBarView.h"
 
 namespace tallowin::desktop {
 
@@ -69,12 +70,18 @@ void Binder::BindCommon(forms::Control& control, QWidget& widget, forms::Observe
 }
 
 void Binder::Bind(forms::Label& control, QLabel& label, QWidget& buddy) {
-  label.setTextFormat(Qt::PlainText);
+  Bind(control, label);
   label.setBuddy(&buddy);
-  BindCommon(control, label, [&control, &label, &buddy](const Change& change) {
+  Observe(control, [&control, &buddy](const Change& change) {
     if (!Concerns(change, Property::Caption)) return;
-    label.setText(ToQString(control.Caption()));
     buddy.setAccessibleName(ToAccessibleName(control.Caption()));
+  });
+}
+
+void Binder::Bind(forms::Label& control, QLabel& label) {
+  label.setTextFormat(Qt::PlainText);
+  BindCommon(control, label, [&control, &label](const Change& change) {
+    if (Concerns(change, Property::Caption)) label.setText(ToQString(control.Caption()));
   });
 }
 
@@ -113,6 +120,8 @@ void Binder::Bind(forms::TextBox& control, TextView& view) {
     if (Concerns(change, Property::Text)) view.TextReplaced();
   });
 }
+
+void Binder::Bind(forms::ToolBar& control, ToolBarView& view) { BindCommon(control, view, {}); }
 
 void Binder::Bind(forms::ComboBox& control, QComboBox& box) {
   box.setInsertPolicy(QComboBox::NoInsert);

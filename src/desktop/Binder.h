@@ -17,6 +17,7 @@ class QWidget;
 namespace tallowin::desktop {
 
 class TextView;
+class ToolBarView;
 
 /// Widgets take their object name from the control, so that they can be found by it. Each bound
 /// widget must have a parent, and live as long as the binder does.
@@ -26,10 +27,14 @@ class Binder {
 
   /// The label names `buddy` to screen readers, and its access key goes there.
   void Bind(forms::Label& control, QLabel& label, QWidget& buddy);
+  /// One that names nothing but itself.
+  void Bind(forms::Label& control, QLabel& label);
   void Bind(forms::Frame& control, QGroupBox& box);
   void Bind(forms::Button& control, QPushButton& button);
   void Bind(forms::TextBox& control, QLineEdit& edit);
   void Bind(forms::TextBox& control, TextView& view);
+  /// Enables and disables the whole bar; its buttons are the view's own affair.
+  void Bind(forms::ToolBar& control, ToolBarView& view);
   /// `box` must be editable.
   void Bind(forms::ComboBox& control, QComboBox& box);
 

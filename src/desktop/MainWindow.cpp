@@ -9,14 +9,16 @@
 #include <algorithm>
 
 #include "desktop/TextView.h"
+#include "desktop/ToolBarView.h"
 
 namespace tallowin::desktop {
 
 namespace {
 
 constexpr QSize kComfortableSize{760, 480};
-// The longest address in text form, that of the sixth version of the protocol.
-constexpr int kAddressColumns = 39;
+// An address at least; a wider window shows more of a long name. Together with the buttons and
+// their icons it stays below the width above.
+constexpr int kAddressColumns = 24;
 
 constexpr MenuLook kLooks[] = {
     {.item = "portsntmnu", .isSwitch = true},
@@ -26,6 +28,19 @@ constexpr MenuLook kLooks[] = {
     {.item = "savelog", .icon = "document-save"},
     {.item = "Removelogs", .icon = "edit-delete"},
     {.item = "exittwmnu", .icon = "application-exit"},
+};
+
+constexpr ToolLook kTools[] = {
+    {.key = "whois",
+     .icon = "system-users",
+     .toolTip = "Ask the address registries whose network this is"},
+    {.key = "traceroute", .icon = "network-wired", .toolTip = "List the routers on the way there"},
+    {.key = "ping",
+     .icon = "network-transmit-receive",
+     .toolTip = "Measure how long one echo takes"},
+    {.key = "dnslookup",
+     .icon = "edit-find",
+     .toolTip = "Find the name of an address, or the address of a name"},
 };
 
 }  // namespace
@@ -55,11 +70,13 @@ QWidget* MainWindow::MakeTools(core::MainForm& form, QWidget* parent) {
   auto* callers = new QComboBox(tools);
   callers->setEditable(true);
   callers->setMinimumContentsLength(kAddressColumns);
+  auto* bar = new ToolBarView(form.Toolbar1, Bindings(), kTools, tools);
   auto* layout = new QHBoxLayout(tools);
   layout->addWidget(label);
-  layout->addWidget(callers);
-  layout->addStretch(1);
+  layout->addWidget(callers, 1);
+  layout->addWidget(bar);
   Bindings().Bind(form.Frame3, *tools);
+  Bindings().Bind(form.Toolbar1, *bar);
   Bindings().Bind(form.LoggedIPs, *callers);
   Bindings().Bind(form.Label1, *label, *callers);
   return tools;

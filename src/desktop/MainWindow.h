@@ -1,4 +1,4 @@
-// The main window: menu bar, status log, the callers' addresses.
+// The main window: menu bar, status log, the callers' addresses and the tools for them.
 #pragma once
 
 #include "core/MainForm.h"

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <iostream>
 
+#include "desktop/BigMSGView.h"
 #include "desktop/ChatWindowView.h"
 #include "desktop/DesktopQuestions.h"
 #include "desktop/MainWindow.h"
@@ -47,6 +48,7 @@ void Run(EventLoop& loop, tallowin::Tallowin& program) {
   if (loop.Ended()) return;
   const desktop::MainWindow mainWindow(program.MainForm(), loop);
   const desktop::ChatWindowView chatWindow(program.ChatWindow(), loop);
+  const desktop::BigMSGView bigMSG(program.BigMSG(), loop);
   try {
     loop.RunUntil([] { return false; });
   } catch (const tallowin::platform::ProgramEnded&) {

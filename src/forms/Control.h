@@ -78,7 +78,7 @@ class Control {
   void SetEnabled(bool enabled);
 
   [[nodiscard]] bool Visible() const { return visible_; }
-  void SetVisible(bool visible);
+  virtual void SetVisible(bool visible);
 
   /// The frame or menu that holds this control; null for one that stands on the form itself.
   [[nodiscard]] const Control* Container() const { return container_; }

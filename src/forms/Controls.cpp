@@ -1,5 +1,7 @@
 #include "forms/Controls.h"
 
+#include <algorithm>
+
 #include "platform/RunTimeError.h"
 
 namespace tallowin::forms {
@@ -8,6 +10,10 @@ namespace {
 
 void Run(const std::function<void()>& handler) {
   if (handler) handler();
+}
+
+platform::RunTimeError InvalidArrayIndex() {
+  return {platform::error::kInvalidArrayIndex, "Invalid property array index"};
 }
 
 }  // namespace
@@ -40,10 +46,7 @@ void CheckBox::SetValue(int value) {
 }
 
 const std::string& ItemList::List(std::size_t index) const {
-  if (index >= items_.size()) {
-    throw platform::RunTimeError(platform::error::kInvalidArrayIndex,
-                                 "Invalid property array index");
-  }
+  if (index >= items_.size()) throw InvalidArrayIndex();
   return items_[index];
 }
 
@@ -69,6 +72,27 @@ void ComboBox::SetText(std::string text) {
 void ComboBox::Select(std::size_t index) {
   SetText(List(index));
   Run(OnClick);
+}
+
+const ToolBarButton& ToolBar::Buttons(std::size_t index) const {
+  if (index == 0 || index > buttons_.size()) throw InvalidArrayIndex();
+  return buttons_[index - 1];
+}
+
+const ToolBarButton* ToolBar::Find(std::string_view key) const {
+  const auto found = std::find_if(buttons_.begin(), buttons_.end(),
+                                  [&](const ToolBarButton& button) { return button.Key == key; });
+  return found == buttons_.end() ? nullptr : &*found;
+}
+
+void ToolBar::Click(const ToolBarButton& button) {
+  if (OnButtonClick) OnButtonClick(button);
+}
+
+void ToolBar::Click(std::string_view key) {
+  const ToolBarButton* button = Find(key);
+  if (button == nullptr) throw InvalidArrayIndex();
+  Click(*button);
 }
 
 void MenuItem::Click() { Run(OnClick); }

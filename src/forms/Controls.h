@@ -132,6 +132,41 @@ class ComboBox : public ItemList {
   std::string text_;
 };
 
+/// A list that shows its entries.
+class ListBox : public ItemList {
+ public:
+  ListBox(Place place, std::string name) : ItemList(place, std::move(name), std::string()) {}
+  [[nodiscard]] std::string_view Kind() const override { return "ListBox"; }
+};
+
+struct ToolBarButton {
+  std::string Key;  ///< tells the buttons of a bar apart
+  std::string Caption;
+};
+
+/// A row of buttons that are enabled and disabled together.
+class ToolBar : public Control {
+ public:
+  ToolBar(Place place, std::string name, std::vector<ToolBarButton> buttons)
+      : Control(place, std::move(name), std::string()), buttons_(std::move(buttons)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "ToolBar"; }
+
+  [[nodiscard]] const std::vector<ToolBarButton>& Buttons() const { return buttons_; }
+  /// Counted from 1. Throws 381 for an index outside the bar.
+  [[nodiscard]] const ToolBarButton& Buttons(std::size_t index) const;
+  /// Null if there is none. The case of the key counts.
+  [[nodiscard]] const ToolBarButton* Find(std::string_view key) const;
+
+  /// Runs the handler, also on a disabled bar: it is front ends that keep the user from it.
+  void Click(const ToolBarButton& button);
+  /// Throws 381 if there is no such button.
+  void Click(std::string_view key);
+  std::function<void(const ToolBarButton&)> OnButtonClick;
+
+ private:
+  std::vector<ToolBarButton> buttons_;
+};
+
 /// An item of a menu, a menu that holds items, or a separator between them.
 class MenuItem : public Control {
  public:

@@ -27,6 +27,12 @@ void Form::Show() {
   SetVisible(true);
 }
 
+void Form::SetVisible(bool visible) {
+  const bool comesUp = visible && !Visible();
+  Control::SetVisible(visible);
+  if (comesUp && OnActivate) OnActivate();
+}
+
 void Form::SetState(WindowState state) {
   if (Assign(state_, state, Property::WindowState) && OnResize) OnResize();
 }

@@ -25,6 +25,8 @@ class Form : public Control {
   /// Modeless. Showing a form that is visible brings it to the front again.
   void Show();
   void Hide() { SetVisible(false); }
+  /// Runs OnActivate where the form was hidden.
+  void SetVisible(bool visible) override;
 
   [[nodiscard]] WindowState State() const { return state_; }
   /// Runs OnResize.
@@ -38,6 +40,8 @@ class Form : public Control {
   [[nodiscard]] int Height() const { return heightInTwips_; }
   void SetHeight(int twips) { heightInTwips_ = twips; }
 
+  /// The form has come up, be it shown by code or brought back by the user.
+  std::function<void()> OnActivate;
   /// The window was minimised, maximised or brought back, by the user or by code.
   std::function<void()> OnResize;
   /// The user closed the window with the window's own close box. Empty: the form is hidden.

@@ -12,6 +12,12 @@ class Shell;
 class RegionalSettings;
 class SingleInstance;
 class OperatingSystem;
+class Sound;
+class SystemShutdown;
+class DialUp;
+class Smtp;
+class Icmp;
+class Names;
 
 /// References only: the host that builds it owns everything and outlives the program.
 struct Host {
@@ -24,6 +30,12 @@ struct Host {
   RegionalSettings& regional;
   SingleInstance& instance;
   OperatingSystem& system;
+  Sound& sound;
+  SystemShutdown& shutdown;
+  DialUp& dialUp;
+  Smtp& smtp;
+  Icmp& icmp;
+  Names& names;
 };
 
 }  // namespace tallowin::platform

@@ -9,6 +9,7 @@ void ConnectionHandling::Listen_ConnectionRequest(int index, std::int32_t reques
   RecordCaller(index, statement);
   TreatCaller(index, requestID, statement);
   statement([&] { loop_.DoEvents(); });
+  statement([&] { alarms_.RunAlarmResponses(index); });
   statement([&] { log_.LogStatus("----Connected Attempt Ended----", true, true); });
 }
 

@@ -9,6 +9,7 @@
 #include "core/SettingsStore.h"
 #include "core/StatusLog.h"
 #include "platform/EventLoop.h"
+#include "portsentry/AlarmResponses.h"
 #include "portsentry/IntruderChat.h"
 #include "portsentry/PortListeners.h"
 
@@ -20,12 +21,14 @@ namespace tallowin::portsentry {
 class ConnectionHandling {
  public:
   ConnectionHandling(PortSockets& sockets, core::SettingsStore& settings, core::MainForm& mainForm,
-                     core::StatusLog& log, IntruderChat& chat, platform::EventLoop& loop)
+                     core::StatusLog& log, IntruderChat& chat, AlarmResponses& alarms,
+                     platform::EventLoop& loop)
       : sockets_(sockets),
         settings_(settings),
         mainForm_(mainForm),
         log_(log),
         chat_(chat),
+        alarms_(alarms),
         loop_(loop) {}
 
   void Listen_ConnectionRequest(int index, std::int32_t requestID);
@@ -51,6 +54,7 @@ class ConnectionHandling {
   core::MainForm& mainForm_;
   core::StatusLog& log_;
   IntruderChat& chat_;
+  AlarmResponses& alarms_;
   platform::EventLoop& loop_;
   std::string lastCallerIP_;
   std::int16_t lastCallerPort_ = 0;

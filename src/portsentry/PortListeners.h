@@ -6,16 +6,16 @@
 #include "core/ErrorRegimes.h"
 #include "core/Form1.h"
 #include "core/SettingsStore.h"
+#include "core/SocketArray.h"
 #include "core/StatusLog.h"
 #include "platform/EventLoop.h"
-#include "portsentry/SocketArray.h"
 
 namespace tallowin::portsentry {
 
 /// Element i of both rows belongs to slot i of the port table; there is no other mapping.
 struct PortSockets {
-  SocketArray Listen;
-  SocketArray Accept;  ///< takes over the caller who came in on Listen of the same number
+  core::SocketArray Listen;
+  core::SocketArray Accept;  ///< takes over the caller who came in on Listen of the same number
 };
 
 class PortListeners {

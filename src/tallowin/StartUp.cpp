@@ -31,6 +31,7 @@ void Tallowin::Start() {
   });
   step([&] { module_.SetWhoisServers(); });
   step([&] { module_.SetIniPaths(); });
+  step([&] { sounds_.RegisterSoundEvents(); });
   step([&] { settings_.LoadPortSettings(); });
   step([&] { settings_.LoadSettings(); });
   step([&] { CheckArguments(); });

@@ -5,25 +5,40 @@
 
 namespace tallowin {
 
-Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std::string commandLine)
+Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std::string commandLine,
+                   const core::Endpoints& endpoints)
     : host_(host),
       questions_(questions),
       commandLine_(std::move(commandLine)),
-      module_(host.paths, host.system),
+      module_(host.paths, host.system, endpoints),
       settings_(host.registry, mainForm_, options_),
       log_(mainForm_, options_, module_, host.loop, host.regional),
+      mail_(host.smtp, log_, host.loop),
+      notification_(mainForm_, options_, mail_),
+      icmpTools_(host.icmp, host.names, host.loop),
+      whois_(host.sockets, mainForm_, module_, log_, icmpTools_, reportHacker_.emaillist,
+             endpoints.whoisPort),
+      ipTools_(mainForm_, log_, icmpTools_, whois_, host.loop),
       portSockets_(MakePortSockets()),
       portListeners_(portSockets_, settings_, form1_, log_, host.loop),
       chat_(chatWindow_, portSockets_, settings_, host.loop),
-      connections_(portSockets_, settings_, mainForm_, log_, chat_, host.loop),
+      sounds_(host.registry, host.sound, module_),
+      formFlash_(bigMSG_, host.loop),
+      modemHangUp_(host.dialUp),
+      alarms_(settings_, sounds_, formFlash_, host.shutdown, MakeAlarmActions()),
+      connections_(portSockets_, settings_, mainForm_, log_, chat_, alarms_, host.loop),
+      simulation_(host.sockets, mainForm_, settings_, module_, questions, host.loop),
       identD_(host.sockets, mainForm_, options_, log_, host.loop) {
   for (forms::Form* form :
        {static_cast<forms::Form*>(&mainForm_), static_cast<forms::Form*>(&options_),
-        static_cast<forms::Form*>(&form1_), static_cast<forms::Form*>(&chatWindow_)}) {
+        static_cast<forms::Form*>(&form1_), static_cast<forms::Form*>(&chatWindow_),
+        static_cast<forms::Form*>(&bigMSG_),
+        static_cast<forms::Form*>(&reportHacker_)}) {
     forms_.Add(*form);
   }
   WireMenu();
   WireOptions();
+  log_.OnNotify = [this] { notification_.SendNotification(notification_.ComposeMessage()); };
   host_.loop.OnUnhandledError([this](const auto& error) { EndByError(error); });
 }
 
@@ -57,6 +72,17 @@ portsentry::PortSockets Tallowin::MakePortSockets() {
     };
   };
   return {.Listen = {host_.sockets, listening}, .Accept = {host_.sockets, accepted}};
+}
+
+portsentry::AlarmResponses::Actions Tallowin::MakeAlarmActions() {
+  return {
+      .PressToolbar1 =
+          [this](int button) {
+            forms::ToolBar& bar = mainForm_.Toolbar1;
+            bar.Click(bar.Buttons(static_cast<std::size_t>(button)));
+          },
+      .HangUpConnection = [this] { modemHangUp_.HangUpConnection(); },
+  };
 }
 
 void Tallowin::UpdateSentry(std::string_view which) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/Endpoints.h"
 #include "core/Form1.h"
 #include "core/MainForm.h"
 #include "core/Options.h"
@@ -12,12 +13,24 @@
 #include "core/TallowinModule.h"
 #include "forms/Form.h"
 #include "forms/Questions.h"
+#include "nettools/Icmp.h"
 #include "nettools/IdentDServer.h"
+#include "nettools/ModemHangUp.h"
+#include "nettools/IpTools.h"
+#include "nettools/WhoisClient.h"
 #include "platform/Host.h"
+#include "portsentry/AlarmResponses.h"
+#include "portsentry/AttackSimulation.h"
+#include "portsentry/BigMSG.h"
 #include "portsentry/ChatWindow.h"
 #include "portsentry/ConnectionHandling.h"
+#include "portsentry/ContolPanelSounds.h"
+#include "portsentry/FormFlash.h"
 #include "portsentry/IntruderChat.h"
 #include "portsentry/PortListeners.h"
+#include "reporting/EventNotification.h"
+#include "reporting/Mail.h"
+#include "reporting/ReportHacker.h"
 
 namespace tallowin {
 
@@ -25,14 +38,17 @@ namespace tallowin {
 /// outlive it; so must front ends let go of its forms before it goes.
 class Tallowin {
  public:
-  /// `commandLine` is the text of the arguments, joined by blanks.
-  Tallowin(const platform::Host& host, forms::Questions& questions, std::string commandLine);
+  /// `commandLine` is the text of the arguments, joined by blanks. The endpoints are others only in
+  /// tests.
+  Tallowin(const platform::Host& host, forms::Questions& questions, std::string commandLine,
+           const core::Endpoints& endpoints = {});
 
   [[nodiscard]] forms::Forms& Forms() { return forms_; }
   [[nodiscard]] core::MainForm& MainForm() { return mainForm_; }
   [[nodiscard]] core::Options& Options() { return options_; }
   [[nodiscard]] core::SettingsStore& Settings() { return settings_; }
   [[nodiscard]] portsentry::ChatWindow& ChatWindow() { return chatWindow_; }
+  [[nodiscard]] portsentry::BigMSG& BigMSG() { return bigMSG_; }
 
   /// The Load of MainForm. Call it, like Quit, as an event (EventLoop::Deliver).
   void Start();
@@ -61,6 +77,7 @@ class Tallowin {
 
   void EndByError(const platform::RunTimeError& error);
   [[nodiscard]] portsentry::PortSockets MakePortSockets();
+  [[nodiscard]] portsentry::AlarmResponses::Actions MakeAlarmActions();
 
   platform::Host host_;
   forms::Questions& questions_;
@@ -71,15 +88,27 @@ class Tallowin {
   core::Options options_;
   core::Form1 form1_;
   portsentry::ChatWindow chatWindow_;
+  portsentry::BigMSG bigMSG_;
+  reporting::ReportHacker reportHacker_;
   forms::Forms forms_;
 
   core::TallowinModule module_;
   core::SettingsStore settings_;
   core::StatusLog log_;
+  reporting::Mail mail_;
+  reporting::EventNotification notification_;
+  nettools::IcmpTools icmpTools_;
+  nettools::WhoisClient whois_;
+  nettools::IpTools ipTools_;
   portsentry::PortSockets portSockets_;
   portsentry::PortListeners portListeners_;
   portsentry::IntruderChat chat_;
+  portsentry::ContolPanelSounds sounds_;
+  portsentry::FormFlash formFlash_;
+  nettools::ModemHangUp modemHangUp_;
+  portsentry::AlarmResponses alarms_;
   portsentry::ConnectionHandling connections_;
+  portsentry::AttackSimulation simulation_;
   nettools::IdentDServer identD_;
 };
 

@@ -94,6 +94,7 @@ struct Panel : forms::Form {
   forms::CheckBox Switch{*this, "Switch", "On", forms::CheckBox::Greyed};
   forms::ComboBox Choice{*this, "Choice", "choose"};
   forms::Button Go{*this, "Go", "&Go"};
+  forms::ToolBar Tools{*this, "Tools", {{"dig", "Dig"}, {"rake", "Rake it"}}};
   forms::MenuItem Menu{*this, "Menu", "&Menu"};
   forms::MenuItem Item{Menu, "Item", "&Item"};
   forms::MenuItem Line{Menu, "Line", "-"};
@@ -174,6 +175,7 @@ TEST_F(ConsoleTest, ShowsFormsAndControls) {
                 "Switch\tCheckBox\t2\t\tOn\n"
                 "Choice\tComboBox\tchoose\n\t0\tfirst\n\t1\tsec\\tond\n"
                 "Go\tButton\t\tdisabled\t&Go\n"
+                "Tools\tToolBar\n\tdig\tDig\n\trake\tRake it\n"
                 "Menu\tMenuItem\t\t\t&Menu\n"
                 "Item\tMenuItem\tchecked\t\t&Item\n"
                 "Line\tMenuItem\t\t\t-\n"
@@ -206,6 +208,10 @@ TEST_F(ConsoleTest, ChangesControlsAsAUserWould) {
   EXPECT_EQ(Do("click Panel.Go"), "gone\n");
   panel.Item.OnClick = [&] { panel.Item.SetChecked(!panel.Item.Checked()); };
   EXPECT_EQ(Do("click Panel.Item"), "");
+  std::string pressed;
+  panel.Tools.OnButtonClick = [&](const forms::ToolBarButton& button) { pressed += button.Key; };
+  EXPECT_EQ(Do(" click Panel.Tools  rake "), "");
+  EXPECT_EQ(pressed, "rake");
   EXPECT_EQ(Do("get Panel.Item"), "checked\n");
 }
 
@@ -258,7 +264,9 @@ TEST_F(ConsoleTest, TellsWhatIsPossibleInsteadOfWhatIsNot) {
       {"click Panel.Go", "Go is disabled"},
       {"click Panel.Line", "separator"},
       {"click Panel.Notes", "Button"},
-      {"click Panel.Item KEY", "Item KEY"},
+      {"click Panel.Item KEY", "ToolBar"},
+      {"click Panel.Tools", "buttons dig rake"},
+      {"click Panel.Tools Dig", "buttons dig rake"},
       {"select Panel.Choice 0", "no entries"},
       {"select Panel.Choice", "counted from 0"},
       {"select Panel.Choice -1", "counted from 0"},

@@ -139,5 +139,22 @@ TEST(LineRoutines, CountAndGet) {
   EXPECT_EQ(GetLine("a", 9), "");
 }
 
+TEST(LineRoutines, TheTailIsWhatGetLineGivesFromTheStart) {
+  // Every text of up to six pieces, so with line ends of all kinds, empty lines, none at all.
+  const std::string_view pieces[] = {"a", "\r", "\n", "\r\n"};
+  for (unsigned number = 0; number < 4U * 4 * 4 * 4 * 4 * 4; ++number) {
+    std::string text;
+    for (unsigned rest = number; rest > 0; rest /= 4) text += pieces[rest % 4];
+    for (const std::size_t back : {0U, 1U, 2U, 3U, 20U}) {
+      std::vector<std::string> expected;
+      const std::size_t count = CountLines(text);
+      for (std::size_t i = count - back; count >= back && i <= count; ++i) {
+        expected.push_back(GetLine(text, i));
+      }
+      ASSERT_EQ(LastLines(text, back), expected) << testing::PrintToString(text) << " " << back;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tallowin::core

@@ -15,6 +15,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QToolButton>
 #include <QWindow>
 
 #include "desktop/ChatWindowView.h"
@@ -205,6 +206,27 @@ TEST_F(MainWindowTest, CallersAreListedAndTypedOver) {
   form.LoggedIPs.Clear();
   EXPECT_EQ(Callers().count(), 0);
   EXPECT_EQ(edit.text(), "192.0.2.2x");
+}
+
+TEST_F(MainWindowTest, ToolsArePressedByMouseAndKeyboardWhileTheBarIsEnabled) {
+  std::string pressed;
+  form.Toolbar1.OnButtonClick = [&](const forms::ToolBarButton& button) {
+    pressed += button.Key + " ";
+  };
+  auto& whois = *window.findChild<QToolButton*>("whois");
+  EXPECT_EQ(whois.text(), "Whois");
+  EXPECT_FALSE(whois.toolTip().isEmpty());
+  whois.click();
+  Press(*window.findChild<QToolButton*>("dnslookup"), Qt::Key_Space);
+  EXPECT_EQ(pressed, "whois dnslookup ");
+  EXPECT_EQ(loop.delivered, 2);
+
+  form.Toolbar1.SetEnabled(false);
+  form.LoggedIPs.SetEnabled(false);
+  EXPECT_FALSE(whois.isEnabled());
+  EXPECT_FALSE(Callers().isEnabled());
+  whois.click();
+  EXPECT_EQ(loop.delivered, 2);
 }
 
 TEST_F(MainWindowTest, WaitsMinimisedInsteadOfHidden) {

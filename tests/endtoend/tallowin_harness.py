@@ -80,6 +80,36 @@ def value_line(name, data):
     return f'"{name}"=hex(1):' + ",".join(f"{byte:02x}" for byte in data.encode("utf-16-le"))
 
 
+class Like:
+    """Equals each text that the pattern matches as a whole."""
+
+    def __init__(self, pattern):
+        self.pattern = pattern
+
+    def __eq__(self, other):
+        if isinstance(other, Like):
+            return self.pattern == other.pattern
+        return re.fullmatch(self.pattern, other) is not None
+
+    def __repr__(self):
+        return f"Like({self.pattern!r})"
+
+
+def looked_up(address):
+    """The messages of the two tools that run for every caller."""
+    return [
+        "",
+        "Resolve DNS Started",
+        Like(re.escape(address) + " Resolves to .+"),
+        "Resolve DNS Complete",
+        "",
+        "Ping Started",
+        f"Pinging Host: {address} ...",
+        Like(r"Ping Complete\.\.\. Milliseconds: .+"),
+        "Ping Completed",
+    ]
+
+
 def attempt(port, description, treatment):
     """The messages of one attempt on a port."""
     return [
@@ -89,6 +119,7 @@ def attempt(port, description, treatment):
         f"Description Of This Port: {description}",
         "Malicious Users IP: 127.0.0.1",
         *treatment,
+        *looked_up("127.0.0.1"),
         "----Connected Attempt Ended----",
     ]
 
@@ -218,7 +249,8 @@ class Home:
         self.program = self.path / "program"
         self.program.mkdir()
         source = Path(os.environ["TALLOWIN_BIN"])
-        for name in ("tallowin-console", "tallowin-reg", "defaults.reg"):
+        for name in ("tallowin-console", "tallowin-reg", "defaults.reg", "hacker.wav",
+                     "trojan.wav"):
             place_file(source / name, self.program / name)
         for folder in ("config", "data", "state", "cache", "runtime"):
             (self.path / folder).mkdir(mode=0o700)
@@ -231,6 +263,10 @@ class Home:
             "XDG_STATE_HOME": str(self.path / "state"),
             "XDG_CACHE_HOME": str(self.path / "cache"),
             "XDG_RUNTIME_DIR": str(self.path / "runtime"),
+            # Nobody listens there: no test may reach the services of the machine that it runs on,
+            # the login manager least of all, which shuts the machine down when it is asked to.
+            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.path}/no-system-bus",
+            "CANBERRA_DRIVER": "null",  # and nobody is to hear the siren
         }
         self.as_user = []
         if as_nobody and RUNS_AS_ROOT:

@@ -96,9 +96,15 @@ TEST(Control, ListsAndFormStates) {
   form.SetState(WindowState::Minimised);
   form.SetState(WindowState::Minimised);
   EXPECT_EQ(resized, 1);
+  int activated = 0;
+  form.OnActivate = [&] { activated += form.Visible() ? 1 : 0; };
   form.Show();
+  form.Show();
+  EXPECT_EQ(activated, 1);
   form.PressCloseBox();
   EXPECT_FALSE(form.Visible());
+  static_cast<Control&>(form).SetVisible(true);
+  EXPECT_EQ(activated, 2);
 }
 
 }  // namespace

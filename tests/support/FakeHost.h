@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "forms/Questions.h"
+#include "platform/DialUp.h"
 #include "platform/EventLoop.h"
 #include "platform/Host.h"
 #include "platform/IniFiles.h"
@@ -26,7 +27,11 @@
 #include "platform/Registry.h"
 #include "platform/Shell.h"
 #include "platform/SingleInstance.h"
+#include "platform/Sound.h"
+#include "platform/SystemShutdown.h"
+#include "platform/Smtp.h"
 #include "platform/Winsock.h"
+#include "support/FakeEchoes.h"
 
 namespace tallowin::test {
 
@@ -88,12 +93,40 @@ class FakeLoop : public platform::EventLoop {
   void Sleep(std::chrono::milliseconds time) override {
     if (whileAsleep) whileAsleep(time);
   }
-  std::unique_ptr<platform::Timer> MakeTimer(std::chrono::milliseconds,
-                                             std::function<void()>) override {
-    return nullptr;
+  std::unique_ptr<platform::Timer> MakeTimer(std::chrono::milliseconds interval,
+                                             std::function<void()> tick) override {
+    return std::make_unique<Timer>(*this, interval, std::move(tick));
+  }
+  /// Time passes for the enabled timers of this interval: each ticks once.
+  void Tick(std::chrono::milliseconds interval) {
+    for (Timer* timer : std::vector(timers_)) {
+      if (timer->interval == interval && timer->Enabled()) Deliver(timer->tick);
+    }
+  }
+  [[nodiscard]] bool Ticks(std::chrono::milliseconds interval) const {
+    return std::any_of(timers_.begin(), timers_.end(), [&](const Timer* timer) {
+      return timer->interval == interval && timer->Enabled();
+    });
   }
 
  private:
+  struct Timer : platform::Timer {
+    Timer(FakeLoop& owner, std::chrono::milliseconds period, std::function<void()> handler)
+        : interval(period), tick(std::move(handler)), loop(owner) {
+      loop.timers_.push_back(this);
+    }
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+    ~Timer() override { std::erase(loop.timers_, this); }
+    void SetEnabled(bool value) override { enabled = value; }
+    [[nodiscard]] bool Enabled() const override { return enabled; }
+    std::chrono::milliseconds interval;
+    std::function<void()> tick;
+    FakeLoop& loop;
+    bool enabled = false;
+  };
+
+  std::vector<Timer*> timers_;
   std::function<void(const platform::RunTimeError&)> unhandled_;
   bool ended_ = false;
   int exitStatus_ = -1;
@@ -248,6 +281,8 @@ class FakeSockets : public platform::SocketFactory {
     platform::SocketEvents events;
     platform::SocketState state = platform::SocketState::Closed;
     int localPort = 0;
+    int remotePort = 0;
+    std::string remoteHost;
     std::string remoteIP;
     std::string sent;
     std::string received;
@@ -256,10 +291,10 @@ class FakeSockets : public platform::SocketFactory {
     [[nodiscard]] platform::SocketState State() const override { return state; }
     [[nodiscard]] int LocalPort() const override { return localPort; }
     void SetLocalPort(int port) override { localPort = port; }
-    [[nodiscard]] int RemotePort() const override { return 0; }
-    void SetRemotePort(int) override {}
-    [[nodiscard]] std::string RemoteHost() const override { return {}; }
-    void SetRemoteHost(std::string) override {}
+    [[nodiscard]] int RemotePort() const override { return remotePort; }
+    void SetRemotePort(int port) override { remotePort = port; }
+    [[nodiscard]] std::string RemoteHost() const override { return remoteHost; }
+    void SetRemoteHost(std::string host) override { remoteHost = std::move(host); }
     [[nodiscard]] std::string RemoteHostIP() const override { return remoteIP; }
     void Listen() override {
       if (network_.takenPorts[localPort]) {
@@ -273,7 +308,12 @@ class FakeSockets : public platform::SocketFactory {
       }
       state = platform::SocketState::Connected;
     }
-    void Connect() override { state = platform::SocketState::Connecting; }
+    void Connect() override {
+      if (state != platform::SocketState::Closed) {
+        throw platform::RunTimeError(10022, "Invalid argument");
+      }
+      state = platform::SocketState::Connecting;
+    }
     void SendData(std::string_view data) override {
       if (state != platform::SocketState::Connected) {
         throw platform::RunTimeError(10057, "Socket is not connected");
@@ -283,7 +323,23 @@ class FakeSockets : public platform::SocketFactory {
     std::string GetData() override { return std::exchange(received, {}); }
     void Close() override { state = platform::SocketState::Closed; }
 
+    // What the server at the other end does. The handlers may destroy the socket.
+    void ServerAccepts() { Raise(platform::SocketState::Connected, events.Connect); }
+    void ServerSends(std::string data) {
+      received += data;
+      Raise(state, events.DataArrival, static_cast<std::int32_t>(data.size()));
+    }
+    void ServerCloses() { Raise(platform::SocketState::Closing, events.Close); }
+    void ServerFails(int number, const std::string& description) {
+      Raise(platform::SocketState::Error, events.Error, number, description);
+    }
+
    private:
+    template <typename Handler, typename... Args>
+    void Raise(platform::SocketState newState, Handler handler, Args... args) {
+      state = newState;
+      if (handler) handler(args...);
+    }
     FakeSockets& network_;
   };
 
@@ -292,6 +348,14 @@ class FakeSockets : public platform::SocketFactory {
 
   std::unique_ptr<platform::Winsock> MakeWinsock() override {
     return std::make_unique<Socket>(*this);
+  }
+  [[nodiscard]] Socket* ConnectingTo(const std::string& host) const {
+    for (auto* socket : all) {
+      if (socket->remoteHost == host && socket->state == platform::SocketState::Connecting) {
+        return socket;
+      }
+    }
+    return nullptr;
   }
   [[nodiscard]] Socket* ListeningOn(int port) const {
     for (auto* socket : all) {
@@ -330,6 +394,60 @@ struct FakeSystem : platform::OperatingSystem {
   [[nodiscard]] platform::OsVersion GetVersion() const override { return version; }
 };
 
+/// Keeps each mail. What a test does in `whileSending` happens where the real one would block.
+struct FakeSmtp : platform::Smtp {
+  std::vector<std::string> calls;
+  std::vector<platform::SmtpMail> mails;
+  std::deque<std::int16_t> statuses;  ///< of the next sendings; 0 where there is none
+  std::function<void()> whileSending;
+
+  void SmtpInit(std::string_view form) override { calls.push_back("init " + std::string(form)); }
+  std::int16_t SmtpSendMail(const platform::SmtpMail& mail) override {
+    calls.push_back("send " + mail.szTo);
+    mails.push_back(mail);
+    if (whileSending) whileSending();
+    if (statuses.empty()) return 0;
+    const auto status = statuses.front();
+    statuses.pop_front();
+    return status;
+  }
+  void SmtpRelease() override { calls.emplace_back("release"); }
+};
+
+struct FakeSound : platform::Sound {
+  std::vector<std::string> played;
+  bool PlaySound(std::string_view file) override {
+    played.emplace_back(file);
+    return true;
+  }
+};
+
+struct FakeShutdown : platform::SystemShutdown {
+  std::vector<std::uint32_t> asked;  ///< the flags of each call
+  bool ExitWindowsEx(std::uint32_t flags, std::uint32_t) override {
+    asked.push_back(flags);
+    return false;
+  }
+};
+
+struct FakeDialUp : platform::DialUp {
+  std::vector<platform::RasConnection> links;
+  std::vector<std::string> hungUp;
+  bool supported = true;
+  platform::RasResult result = platform::ras::kSuccess;
+  platform::RasResult RasEnumConnections(std::span<platform::RasConnection> connections,
+                                         std::size_t& count) override {
+    if (!supported) throw platform::RunTimeError(53, "File not found");
+    count = std::min(links.size(), connections.size());
+    std::copy_n(links.begin(), count, connections.begin());
+    return result;
+  }
+  platform::RasResult RasHangUp(const platform::RasConnection& connection) override {
+    hungUp.push_back(connection.hRasConn);
+    return platform::ras::kSuccess;
+  }
+};
+
 struct FakeHost {
   TemporaryFolder folder;
   FakeLoop loop;
@@ -341,9 +459,19 @@ struct FakeHost {
   FakeRegional regional;
   FakeInstance instance;
   FakeSystem system;
+  FakeSound sound;
+  FakeShutdown shutdown;
+  FakeDialUp dialUp;
+  FakeSmtp smtp;
+  FakeIcmp icmp;
+  FakeNames names;
 
-  [[nodiscard]] platform::Host Host() {
-    return {loop, sockets, registry, iniFiles, paths, shell, regional, instance, system};
+  [[nodiscard]] platform::Host Host() { return Host(loop, sockets); }
+  /// With another network in place of the fake one.
+  [[nodiscard]] platform::Host Host(platform::EventLoop& onLoop,
+                                    platform::SocketFactory& onSockets) {
+    return {onLoop, onSockets, registry, iniFiles, paths, shell, regional, instance,
+            system, sound,     shutdown, dialUp,   smtp,  icmp,  names};
   }
 
   /// The registry as the presets leave it: all switches as given, all slots empty.

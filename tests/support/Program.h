@@ -12,8 +12,13 @@
 namespace tallowin::test {
 
 struct Program {
-  explicit Program(FakeHost& onHost, std::string commandLine = {})
-      : host(onHost), tallowin(onHost.Host(), questions, std::move(commandLine)) {}
+  explicit Program(FakeHost& onHost, std::string commandLine = {},
+                   const core::Endpoints& endpoints = {})
+      : Program(onHost, onHost.Host(), std::move(commandLine), endpoints) {}
+  /// With parts of another host in place of the fakes.
+  Program(FakeHost& onHost, const platform::Host& mixed, std::string commandLine,
+          const core::Endpoints& endpoints)
+      : host(onHost), tallowin(mixed, questions, std::move(commandLine), endpoints) {}
 
   FakeHost& host;
   ScriptedQuestions questions;

@@ -27,6 +27,12 @@ LinuxHost::LinuxHost(const LinuxFolders& folders)
             .shell = shell_,
             .regional = regional_,
             .instance = instance_,
-            .system = system_} {}
+            .system = system_,
+            .sound = sound_,
+            .shutdown = shutdown_,
+            .dialUp = dialUp_,
+            .smtp = smtp_,
+            .icmp = icmp_,
+            .names = names_} {}
 
 }  // namespace tallowin::platform::linux_host

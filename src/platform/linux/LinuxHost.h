@@ -6,13 +6,20 @@
 
 #include "platform/Host.h"
 #include "platform/OperatingSystem.h"
+#include "platform/linux/CurlLibrary.h"
+#include "platform/linux/LinuxDialUp.h"
 #include "platform/linux/LinuxEventLoop.h"
 #include "platform/linux/LinuxFolders.h"
+#include "platform/linux/LinuxIcmp.h"
 #include "platform/linux/LinuxIniFiles.h"
+#include "platform/linux/LinuxNames.h"
 #include "platform/linux/LinuxPaths.h"
 #include "platform/linux/LinuxRegionalSettings.h"
 #include "platform/linux/LinuxShell.h"
+#include "platform/linux/LinuxSmtp.h"
 #include "platform/linux/LinuxSingleInstance.h"
+#include "platform/linux/LinuxSound.h"
+#include "platform/linux/LinuxSystemShutdown.h"
 #include "platform/linux/LinuxWinsock.h"
 #include "platform/linux/SqliteRegistry.h"
 #include "platform/linux/WindowsDrive.h"
@@ -60,6 +67,13 @@ class LinuxHost {
   LinuxRegionalSettings regional_;
   LinuxSingleInstance instance_;
   LinuxOperatingSystem system_;
+  LinuxSound sound_;
+  LinuxSystemShutdown shutdown_;
+  LinuxDialUp dialUp_;
+  CurlLibrary curl_;
+  LinuxSmtp smtp_{curl_};
+  LinuxIcmp icmp_;
+  LinuxNames names_;
   platform::Host host_;
 };
 

@@ -1,22 +1,25 @@
 // A row of sockets that come and go by index.
 #pragma once
 
-#include <array>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "core/PortSettings.h"
 #include "platform/Winsock.h"
 
-namespace tallowin::portsentry {
+namespace tallowin::core {
 
-/// Elements 1 to 15, each belonging to the slot of its number; none is there at first.
+/// Elements from 1 on; none is there at first.
 class SocketArray {
  public:
-  /// `eventsOf` gives the events of the element that is being loaded.
+  /// `eventsOf` gives the events of the element that is being loaded. `last` is the highest index;
+  /// by default each element belongs to the slot of its number.
   SocketArray(platform::SocketFactory& factory,
-              std::function<platform::SocketEvents(int index)> eventsOf)
-      : factory_(factory), eventsOf_(std::move(eventsOf)) {}
+              std::function<platform::SocketEvents(int index)> eventsOf, int last = kLastSlot)
+      : factory_(factory),
+        eventsOf_(std::move(eventsOf)),
+        elements_(static_cast<std::size_t>(last) + 1) {}
 
   /// Throws RunTimeError 360 if the element is there already.
   void Load(int index);
@@ -28,7 +31,7 @@ class SocketArray {
  private:
   platform::SocketFactory& factory_;
   std::function<platform::SocketEvents(int)> eventsOf_;
-  std::array<std::unique_ptr<platform::Winsock>, core::kLastSlot + 1> elements_;
+  std::vector<std::unique_ptr<platform::Winsock>> elements_;
 };
 
-}  // namespace tallowin::portsentry
+}  // namespace tallowin::core

@@ -1,6 +1,6 @@
-#include "portsentry/SocketArray.h"
+#include "core/SocketArray.h"
 
-namespace tallowin::portsentry {
+namespace tallowin::core {
 
 using platform::RunTimeError;
 
@@ -25,4 +25,4 @@ platform::Winsock& SocketArray::operator()(int index) const {
   return *element;
 }
 
-}  // namespace tallowin::portsentry
+}  // namespace tallowin::core

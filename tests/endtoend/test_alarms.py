@@ -1,0 +1,201 @@
+"""The responses to a caller: lookups, warning, siren, hang-up and shutdown, and their simulation.
+
+The login manager and the network manager are played by python-dbusmock on a bus of the test's own.
+"""
+
+import json
+import os
+import re
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+from tallowin_harness import (
+    PORTS, REFUSE, REFUSED, SEND, SENT, TestCase, attempt, call, free_ports, wait_until,
+)
+
+EVENTS = r"HKEY_CURRENT_USER\AppEvents\Schemes"
+NAMELESS = "/org/freedesktop/NetworkManager/ActiveConnection/"
+BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>system</type>
+  <keep_umask/>
+  <listen>unix:path={}</listen>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+ONLY_A_TEST = [
+    "[?] Tallowin",
+    "Tallowin will now test itself by simulating a hacker connecting to your computer. Do not "
+    "panic if an alarm sounds or a visual warning appears on your screen as this is only a test.",
+    "ok",
+]
+
+
+def python_with_mocks():
+    """The system's own Python has them where the one that runs this test has not."""
+    for python in (sys.executable, "/usr/bin/python3"):
+        if subprocess.run([python, "-c", "import dbusmock"], capture_output=True,
+                          check=False).returncode == 0:
+            return python
+    raise AssertionError("python3-dbusmock is not installed")
+
+
+class MockedBus:
+    """A message bus in the home of the test, and the services on it."""
+
+    def __init__(self, test):
+        self.test = test
+        self.folder = test.home.path
+        socket = self.folder / "system-bus"
+        settings = self.folder / "system-bus.conf"
+        settings.write_text(BUS.format(socket), encoding="ascii")
+        self.environment = {**os.environ, "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={socket}"}
+        self.run("dbus-daemon", "--nofork", f"--config-file={settings}")
+        wait_until(socket.exists, "the bus")
+        test.home.environment["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={socket}"
+
+    def run(self, *command):
+        process = subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL)
+        self.test.addCleanup(process.wait)
+        self.test.addCleanup(process.kill)
+
+    def mock(self, name, template, parameters):
+        """Gives a function that lists the calls so far."""
+        log = self.folder / f"{name}.log"
+        self.run(python_with_mocks(), "-m", "dbusmock", "--system", "--logfile", str(log),
+                 "--template", template, "--parameters", json.dumps(parameters))
+        answers = ["dbus-send", "--system", "--print-reply", f"--dest={name}", "/",
+                   "org.freedesktop.DBus.Peer.Ping"]
+        wait_until(lambda: subprocess.run(answers, env=self.environment, capture_output=True,
+                                          check=False).returncode == 0, name)
+        return lambda: re.findall(r"(?m)^\S+ (?!Get)(\w+.*)$", log.read_text(encoding="utf-8"))
+
+
+class Responses(TestCase):
+    def with_responses(self, **flags):
+        self.port, = free_ports(1)
+        self.home.set_up({1: (self.port, SEND, "Go away.")})
+        names = {name.replace("_", " "): value for name, value in flags.items()}
+        self.home.write({f"{PORTS}1": names})
+
+    def attempt(self, program):
+        self.assertEqual(call(self.port), (b"Go away.", "end"))
+        end = program.wait_for("----Connected Attempt Ended----")
+        start = program.messages.index("----Connected Attempt Started----") - 1
+        return program.messages[start:end + 1]
+
+    def test_off_and_grey_are_only_the_two_lookups(self):
+        bus = MockedBus(self)
+        login = bus.mock("org.freedesktop.login1", "logind", {})
+        self.with_responses(Sound_Siren=2, Visual_Warning=2, Hang_Up_Modem=2, ShutDown=2)
+        program = self.start()
+        self.assertEqual(self.attempt(program), attempt(self.port, "slot 1", SENT))
+        self.assertEqual(login(), [])
+
+    def test_every_response_that_needs_no_network(self):
+        bus = MockedBus(self)
+        login = bus.mock("org.freedesktop.login1", "logind", {})
+        template = str(Path(__file__).with_name("dial_up_template.py"))
+        links = [["My provider", "gsm"], ["", "802-3-ethernet"], ["", "ppp"], [" ", "gsm"]]
+        network = bus.mock("org.freedesktop.NetworkManager", template, {"links": links})
+        self.with_responses(Sound_Siren=1, Visual_Warning=1, Hang_Up_Modem=1, ShutDown=1)
+        program = self.start()
+        self.assertNotIn("libcanberra", self.maps(program))
+        threads = self.threads(program)
+        self.assertEqual(self.attempt(program), attempt(self.port, "slot 1", SENT))
+        self.assertIn("libcanberra", self.maps(program))
+        self.assertEqual(threads, 1)
+        # Those without a name are dropped, and what was not dialled is not looked at.
+        self.assertEqual(network(), [f'DeactivateConnection "{NAMELESS}{i}"' for i in (2, 3)])
+        self.assertEqual(login(), ["PowerOff False"])
+        wait_until(lambda: "hidden" not in program.ask("show BigMSG")[0], "the warning")
+        self.assertIn("BigMSG\tForm\t\t\tTallowin Warning", program.ask("show BigMSG"))
+        self.assertIn("Label1\tLabel\t\t\tWARNING\\r\\nConnection Attempted",
+                      program.ask("show BigMSG"))
+        self.assertEqual(program.quit(), 0)
+
+    def maps(self, program):
+        return Path(f"/proc/{program.process.pid}/maps").read_text(encoding="utf-8")
+
+    def threads(self, program):
+        return len(os.listdir(f"/proc/{program.process.pid}/task"))
+
+    def test_a_machine_without_the_services_and_the_sounds(self):
+        self.with_responses(Sound_Siren=1, ShutDown=1)
+        (self.home.program / "hacker.wav").unlink()
+        program = self.start()
+        self.assertEqual(self.attempt(program), attempt(self.port, "slot 1", SENT))
+        self.assertNotIn("libcanberra", self.maps(program))
+        self.assertEqual(program.quit(), 0)
+
+    def test_sound_events_are_registered_and_the_users_choice_stays(self):
+        def stored(key):
+            return self.home.reg("get", rf"{EVENTS}\{key}", "").stdout.decode()
+
+        hacker = r"Apps\Tallowin\Hacker Detected\.current"
+        self.home.set_up({})
+        self.start().quit()
+        self.assertIn(str(self.home.program / "hacker.wav"), stored(hacker))
+        self.assertIn(str(self.home.program / "trojan.wav"),
+                      stored(r"Apps\Tallowin\Trojan Detected\.current"))
+        self.assertIn("Tallowin", stored("Tallowin"))
+        self.home.reg("set", rf"{EVENTS}\{hacker}", "", "REG_SZ", "/my/own.wav")
+        self.start().quit()
+        self.assertIn("/my/own.wav", stored(hacker))
+
+
+class Simulation(TestCase):
+    def simulate(self, program):
+        self.assertEqual(program.ask("click MainForm.simhack", "ok")[:3], ONLY_A_TEST)
+
+    def assert_ready_again(self, program):
+        wait_until(lambda: "disabled" not in self.item(program), "simhack can be chosen again")
+
+    def item(self, program):
+        return next(line for line in program.ask("show MainForm") if line.startswith("simhack\t"))
+
+    def test_the_first_used_slot_is_called_again_and_again(self):
+        ports = free_ports(2)
+        for action, treatment in ((REFUSE, REFUSED), (SEND, SENT)):
+            with self.subTest(action):
+                self.home.set_up({4: (ports[0], action, "Go away."), 5: (ports[1], SEND, "x")})
+                program = self.start()
+                before = len(program.messages)
+                for run in (1, 2):
+                    self.simulate(program)
+                    program.wait_for("----Connected Attempt Ended----", count=run)
+                    self.assert_ready_again(program)
+                logged = "\n".join(program.messages[before:])
+                self.assertEqual(logged.count(f"Connection Attempted On Port {ports[0]}"), 2)
+                self.assertEqual(logged.count("Malicious Users IP: 127.0.0.1"), 2)
+                self.assertEqual(logged.count(treatment[0]), 2)
+                self.assertEqual(program.get("MainForm.LoggedIPs"), "127.0.0.1")
+                program.quit()
+
+    def test_a_closed_port_is_silent_and_an_empty_table_is_not(self):
+        self.home.set_up({1: (free_ports(1)[0], SEND, "x")})
+        program = self.start()
+        program.ask("click Form1.disableprotectmnu")
+        self.simulate(program)
+        self.assert_ready_again(program)
+        program.ask("click MainForm.portsntmnu")
+        self.assertEqual(program.ask("click MainForm.simhack", "ok"), [
+            "[?] Cannot Simulate Hack", "Port Sentry Is Not Enabled", "ok"])
+        program.quit()
+        self.home.set_up({}, Port_Sentry=1)
+        program = self.start()
+        self.assertEqual(program.ask("click MainForm.simhack", "ok", "ok"), [
+            *ONLY_A_TEST, "[?] Cannot Simulate Hack", "You do not have any ports setup", "ok"])
+        self.assertIn("disabled", self.item(program))
+
+
+if __name__ == "__main__":
+    unittest.main()
