@@ -21,9 +21,9 @@ std::string ArgumentText(int argc, char** argv) {
   return text;
 }
 
-int RunToItsEnd(EventLoop& loop, tallowin::Tallowin& program) {
+int RunToItsEnd(EventLoop& loop, Console& console, tallowin::Tallowin& program) {
   loop.OnTerminationRequest([&] { program.Quit(); });
-  loop.Deliver([&] { program.Start(); });
+  loop.Deliver([&] { console.RunStartUp([&] { program.Start(); }); });
   try {
     loop.RunUntil([] { return false; });
   } catch (const tallowin::platform::ProgramEnded&) {
@@ -49,5 +49,5 @@ int main(int argc, char** argv) {
   Console console(terminal, host.Loop());
   tallowin::Tallowin program(host.Host(), console.Questions(), arguments);
   console.Attach(program.Forms(), program.MainForm().Status, [&] { program.Quit(); });
-  return RunToItsEnd(host.Loop(), program);
+  return RunToItsEnd(host.Loop(), console, program);
 }

@@ -14,7 +14,7 @@ namespace tallowin::desktop {
 
 namespace {
 
-constexpr QSize kComfortableSize{760, 480};
+constexpr QSize kComfortableSize{900, 520};
 // The longest address in text form, that of the sixth version of the protocol.
 constexpr int kAddressColumns = 39;
 

@@ -121,7 +121,7 @@ std::string LinuxPaths::MakeTempFile(std::string_view folder, std::string_view p
   for (unsigned i = 0; i < kNumbers; ++i) {
     std::array<char, 5> digits = {};
     (void)std::snprintf(digits.data(), digits.size(), "%04X", (first + i) % kNumbers);
-    const std::string path = start + digits.data() + ".tmp";
+    std::string path = start + digits.data() + ".tmp";
     const FileDescriptor file(
         open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (file) return path;
