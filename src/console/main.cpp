@@ -7,6 +7,7 @@
 #include "forms/PlainText.h"
 #include "platform/linux/LinuxHost.h"
 #include "platform/linux/LinuxTerminal.h"
+#include "platform/linux/StandardDescriptors.h"
 #include "tallowin/Tallowin.h"
 
 namespace {
@@ -35,16 +36,16 @@ int RunToItsEnd(EventLoop& loop, Console& console, tallowin::Tallowin& program) 
 }  // namespace
 
 int main(int argc, char** argv) {
+  linux_host::OpenStandardDescriptors();
   // Qt's own loop wakes up less often than the one over GLib, and starts faster.
   qputenv("QT_NO_GLIB", "1");
   const std::string arguments = ArgumentText(argc, argv);
   const QCoreApplication application(argc, argv);
 
-  linux_host::LinuxHost host(linux_host::LinuxFolders::FromEnvironment());
-  if (const auto setAside = host.DamagedRegistry()) {
-    std::cerr << "tallowin-console: the settings were damaged and lie in "
-              << tallowin::forms::PlainText(*setAside) << "\n";
-  }
+  linux_host::LinuxHost host(
+      linux_host::LinuxFolders::FromEnvironment(), [](const std::string& message) {
+        std::cerr << "tallowin-console: " << tallowin::forms::PlainText(message) << "\n";
+      });
   linux_host::LinuxTerminal terminal(host.Loop());
   Console console(terminal, host.Loop());
   tallowin::Tallowin program(host.Host(), console.Questions(), arguments);
