@@ -28,10 +28,12 @@ void CommandLineReader::GiveAnswers() {
 
 void CommandLineReader::Continue() {
   GiveAnswers();
-  if (!waiting_.empty() && !commandRuns_) RunNext();
+  if (!waiting_.empty() && !commandRuns_) {
+    RunAsCommand([this] { command_(TakeLine()); });
+  }
 }
 
-void CommandLineReader::RunNext() {
+void CommandLineReader::RunAsCommand(const std::function<void()>& handler) {
   struct Running {
     explicit Running(CommandLineReader& owner) : reader(owner) { reader.commandRuns_ = true; }
     // What waits behind the command runs as an event of its own, so that it runs even if an error
@@ -42,7 +44,7 @@ void CommandLineReader::RunNext() {
     }
     CommandLineReader& reader;
   } const running(*this);
-  command_(TakeLine());
+  handler();
 }
 
 std::string CommandLineReader::TakeLine() {

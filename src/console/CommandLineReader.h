@@ -23,10 +23,12 @@ class CommandLineReader {
 
   void Start();
 
+  /// Runs `handler` as if it were a command: lines wait until it has ended or asks something.
+  void RunAsCommand(const std::function<void()>& handler);
+
  private:
   void GiveAnswers();
   void Continue();
-  void RunNext();
   std::string TakeLine();
 
   platform::Terminal& terminal_;

@@ -27,6 +27,10 @@ class Console {
   /// outlive the last event. To be called once.
   void Attach(const forms::Forms& forms, forms::TextBox& status, std::function<void()> quit);
 
+  /// Runs the start-up of the program. Commands that come meanwhile wait for its end; its questions
+  /// are answered.
+  void RunStartUp(const std::function<void()>& start) { reader_.RunAsCommand(start); }
+
  private:
   void PrintStatus(const forms::TextBox& status, const forms::Change& change);
 

@@ -7,6 +7,7 @@
 #include "forms/PlainText.h"
 #include "platform/linux/LinuxHost.h"
 #include "platform/linux/LinuxTerminal.h"
+#include "platform/linux/StandardDescriptors.h"
 #include "tallowin/Tallowin.h"
 
 namespace {
@@ -21,9 +22,9 @@ std::string ArgumentText(int argc, char** argv) {
   return text;
 }
 
-int RunToItsEnd(EventLoop& loop, tallowin::Tallowin& program) {
+int RunToItsEnd(EventLoop& loop, Console& console, tallowin::Tallowin& program) {
   loop.OnTerminationRequest([&] { program.Quit(); });
-  loop.Deliver([&] { program.Start(); });
+  loop.Deliver([&] { console.RunStartUp([&] { program.Start(); }); });
   try {
     loop.RunUntil([] { return false; });
   } catch (const tallowin::platform::ProgramEnded&) {
@@ -35,19 +36,19 @@ int RunToItsEnd(EventLoop& loop, tallowin::Tallowin& program) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  linux_host::OpenStandardDescriptors();
   // Qt's own loop wakes up less often than the one over GLib, and starts faster.
   qputenv("QT_NO_GLIB", "1");
   const std::string arguments = ArgumentText(argc, argv);
   const QCoreApplication application(argc, argv);
 
-  linux_host::LinuxHost host(linux_host::LinuxFolders::FromEnvironment());
-  if (const auto setAside = host.DamagedRegistry()) {
-    std::cerr << "tallowin-console: the settings were damaged and lie in "
-              << tallowin::forms::PlainText(*setAside) << "\n";
-  }
+  linux_host::LinuxHost host(
+      linux_host::LinuxFolders::FromEnvironment(), [](const std::string& message) {
+        std::cerr << "tallowin-console: " << tallowin::forms::PlainText(message) << "\n";
+      });
   linux_host::LinuxTerminal terminal(host.Loop());
   Console console(terminal, host.Loop());
   tallowin::Tallowin program(host.Host(), console.Questions(), arguments);
   console.Attach(program.Forms(), program.MainForm().Status, [&] { program.Quit(); });
-  return RunToItsEnd(host.Loop(), program);
+  return RunToItsEnd(host.Loop(), console, program);
 }

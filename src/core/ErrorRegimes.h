@@ -33,7 +33,8 @@ class ResumeOnError {
     try {
       std::forward<Statement>(statement)();
       return true;
-    } catch (const platform::RunTimeError& error) {
+    } catch (const std::exception& failure) {
+      const platform::RunTimeError error = platform::AsRunTimeError(failure);
       number_ = error.Number();
       if (handler_) handler_(error);
       return false;

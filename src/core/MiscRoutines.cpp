@@ -38,6 +38,14 @@ char LowByte(unsigned bits) { return static_cast<char>(bits & 0xFFU); }
 
 std::string BoolText(std::int16_t flag) { return flag == -1 ? "True" : "False"; }
 
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lower;
+}
+
 std::string DigitsOnly(std::string_view text) {
   std::string digits;
   std::ranges::copy_if(text, std::back_inserter(digits),
@@ -134,9 +142,9 @@ std::string MiscRoutines::GetShortPath(std::string_view path) const {
 std::string MiscRoutines::GetFullPath(std::string_view path) const { return paths_.FullPath(path); }
 
 void MiscRoutines::WaitForMilliseconds(std::int32_t delay) {
-  constexpr std::int64_t kStart = 0;
-  constexpr std::int64_t kCurrent = 0;
-  while (delay + kStart > kCurrent) loop_.DoEvents();
+  // Nothing reads a clock here, and what comes behind a call of this must not be reached: only the
+  // end of the program leaves the wait.
+  if (delay > 0) loop_.RunUntil([] { return false; });
 }
 
 }  // namespace tallowin::core

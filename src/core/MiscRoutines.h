@@ -16,6 +16,9 @@ namespace tallowin::core {
 /// "True" for -1, the one true value of a 16-bit boolean; "False" for anything else.
 [[nodiscard]] std::string BoolText(std::int16_t flag);
 
+/// `text` with A to Z as a to z.
+[[nodiscard]] std::string LowerCase(std::string_view text);
+
 /// `text` without every character other than "0" to "9".
 [[nodiscard]] std::string DigitsOnly(std::string_view text);
 

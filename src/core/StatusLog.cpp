@@ -24,13 +24,20 @@ void MakeFolder(const std::string& folder) {
   if (failure) throw RunTimeError(platform::error::kPathFileAccess, "Path/File access error");
 }
 
-/// Throws RunTimeError 75 or 61 with nothing but the old file, or an incomplete new one, left.
+/// Throws RunTimeError 75 with the old file untouched, or 61 with as much of the new one as fits.
 void WriteFile(const std::string& path, std::string_view header, std::string_view text) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   if (!file) throw RunTimeError(platform::error::kPathFileAccess, "Path/File access error");
   file << header << "\r\n" << text << "\r\n";
   file.close();
   if (!file) throw RunTimeError(platform::error::kDiskFull, "Disk full");
+}
+
+/// A file of the pattern *.log, without regard to case.
+bool IsLogFile(const fs::directory_entry& file) {
+  std::error_code unknown;
+  if (file.is_directory(unknown) && !file.is_symlink(unknown)) return false;
+  return LowerCase(file.path().filename().string()).ends_with(".log");
 }
 
 }  // namespace
@@ -105,7 +112,7 @@ void StatusLog::RemoveLogFiles() {
   std::error_code passedOver;  // a file that stays is no reason to keep the others
   for (fs::directory_iterator file(LogFolder(), passedOver), end; file != end;
        file.increment(passedOver)) {
-    if (file->path().extension() == ".log") fs::remove(file->path(), passedOver);
+    if (IsLogFile(*file)) fs::remove(file->path(), passedOver);
   }
 }
 

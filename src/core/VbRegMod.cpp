@@ -24,7 +24,7 @@ std::optional<double> ParseHexadecimal(std::string_view digits) {
   const char* end = digits.data() + digits.size();
   const auto [stop, failure] = std::from_chars(digits.data(), end, number, 16);
   if (failure != std::errc() || stop != end) return std::nullopt;
-  // As in the language of the design, four digits are a 16-bit number with its sign.
+  // Four digits are a 16-bit number with its sign.
   if (number <= 0xFFFF) return static_cast<std::int16_t>(number);
   return static_cast<std::int32_t>(number);
 }
@@ -32,14 +32,18 @@ std::optional<double> ParseHexadecimal(std::string_view digits) {
 std::optional<double> ParseNumber(std::string_view text) {
   text = TrimBlanks(text);
   if (text.starts_with("&H") || text.starts_with("&h")) return ParseHexadecimal(text.substr(2));
-  if (text.starts_with('+')) text.remove_prefix(1);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   if (text.empty() || text.find_first_not_of("+-.0123456789eE") != std::string_view::npos) {
     return std::nullopt;
   }
   double number = 0;
   const char* end = text.data() + text.size();
   const auto [stop, failure] = std::from_chars(text.data(), end, number);
-  if (failure == std::errc::result_out_of_range) return std::numeric_limits<double>::infinity();
+  if (failure == std::errc::result_out_of_range) {
+    const bool tooSmall =
+        text.find("e-") != std::string_view::npos || text.find("E-") != std::string_view::npos;
+    return tooSmall ? 0 : std::numeric_limits<double>::infinity();
+  }
   if (failure != std::errc() || stop != end) return std::nullopt;
   return number;
 }
@@ -85,7 +89,9 @@ Variant VbRegMod::QueryRegValue(platform::RegistryRoot rootKey, std::string_view
     std::erase(value.data, '\0');
     return std::move(value.data);
   }
-  if (value.type == platform::registry::kDword) return static_cast<std::int32_t>(value.Number());
+  if (value.type == platform::registry::kDword && value.data.size() == sizeof(std::int32_t)) {
+    return static_cast<std::int32_t>(value.Number());
+  }
   return {};
 }
 

@@ -15,7 +15,7 @@ namespace tallowin::desktop {
 
 namespace {
 
-constexpr QSize kComfortableSize{760, 480};
+constexpr QSize kComfortableSize{900, 520};
 // An address at least; a wider window shows more of a long name. Together with the buttons and
 // their icons it stays below the width above.
 constexpr int kAddressColumns = 24;

@@ -13,7 +13,8 @@ namespace tallowin::desktop {
 namespace {
 
 void ShowState(const forms::MenuItem& item, bool isSwitch, QAction& action) {
-  action.setText(ToQString(item.Caption()));
+  // A separator with a text would be a heading.
+  if (!item.IsSeparator()) action.setText(ToQString(item.Caption()));
   action.setToolTip(ToToolTip(item.ToolTip()));
   action.setEnabled(item.Enabled());
   action.setVisible(item.Visible());

@@ -145,6 +145,10 @@ void TextView::PaintRow(QPainter& painter, std::size_t row, QPointF origin) {
   const auto layout = LayOut(row);
   NoteWidth(layout->lineAt(0).naturalTextWidth());
   const int length = static_cast<int>(layout->text().size());
+  // A character from a taller font sits on the row's own line and stays inside the row: no text may
+  // cover that of its neighbours.
+  painter.setClipRect(QRectF(0, origin.y(), viewport()->width(), RowHeight()));
+  origin.ry() += fontMetrics().ascent() - layout->lineAt(0).ascent();
   layout->draw(&painter, origin, Highlights(row, length), viewport()->rect());
   if (hasFocus() && caret_.row == row) {
     layout->drawCursor(&painter, origin, std::min(caret_.column, length));

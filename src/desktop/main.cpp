@@ -9,7 +9,9 @@
 #include "desktop/DesktopQuestions.h"
 #include "desktop/MainWindow.h"
 #include "desktop/Text.h"
+#include "forms/PlainText.h"
 #include "platform/linux/LinuxHost.h"
+#include "platform/linux/StandardDescriptors.h"
 #include "tallowin/Tallowin.h"
 
 namespace {
@@ -59,20 +61,21 @@ void Run(EventLoop& loop, tallowin::Tallowin& program) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  linux_host::OpenStandardDescriptors();
   const QApplication application(argc, argv);
   SetIdentity();
 
-  linux_host::LinuxHost host(linux_host::LinuxFolders::FromEnvironment());
-  if (const auto setAside = host.DamagedRegistry()) {
-    std::cerr << "tallowin: the settings were damaged and lie in " << *setAside << "\n";
-  }
+  linux_host::LinuxHost host(
+      linux_host::LinuxFolders::FromEnvironment(), [](const std::string& message) {
+        std::cerr << "tallowin: " << tallowin::forms::PlainText(message) << "\n";
+      });
   EventLoop& loop = host.Host().loop;
   desktop::DesktopQuestions questions(loop);
   tallowin::Tallowin program(host.Host(), questions, ArgumentText());
 
-  const auto quit = [&] { loop.Deliver([&] { program.Quit(); }); };
-  loop.OnTerminationRequest(quit);
-  QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, quit);
+  loop.OnTerminationRequest([&] { program.Quit(); });
+  QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
+                   [&] { loop.Deliver([&] { program.SaveLog(); }); });
   Run(loop, program);
   return loop.ExitStatus();
 }

@@ -16,10 +16,8 @@ IdentDServer::IdentDServer(platform::SocketFactory& sockets, core::MainForm& mai
   IdentDSck_->SetEvents({
       .ConnectionRequest = [this](std::int32_t requestID) { ConnectionRequest(requestID); },
       .DataArrival = [this](std::int32_t) { DataArrival(); },
-      .Connect = {},
-      // A client that goes away without asking leaves the service waiting for nobody, until the
-      // user switches it off and on.
-      .Close = {},
+      // A close has no handler: a client that goes away without asking leaves the service waiting
+      // for nobody, until the user switches it off and on.
       .Error = [this](int, const std::string&) { Reopen(); },
   });
 }

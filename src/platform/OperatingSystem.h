@@ -1,4 +1,4 @@
-// Which family of the design's operating systems this host belongs to.
+// Which family of operating systems this host counts as.
 #pragma once
 
 #include <cstdint>

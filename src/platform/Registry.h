@@ -23,10 +23,9 @@ namespace registry {
 inline constexpr RegistryResult kSuccess = 0;
 inline constexpr RegistryResult kNotFound = 2;
 inline constexpr RegistryResult kAccessDenied = 5;
-inline constexpr RegistryResult kWriteFault = 29;  ///< the store could not be written or read
+inline constexpr RegistryResult kWriteFault = 29;        ///< the store could not be written or read
 inline constexpr RegistryResult kInvalidParameter = 87;  ///< a name that cannot be stored
 inline constexpr RegistryResult kNoMoreItems = 259;
-inline constexpr RegistryResult kKeyHasSubkeys = 1010;
 
 inline constexpr std::uint32_t kNone = 0;
 inline constexpr std::uint32_t kSz = 1;

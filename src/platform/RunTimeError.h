@@ -1,6 +1,7 @@
 // Run-time errors and the end of the program: the only two things that this system throws.
 #pragma once
 
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -11,8 +12,8 @@ namespace tallowin::platform {
 /// statement by statement (core/ErrorRegimes.h), looked at by the one handler of a routine (an
 /// ordinary catch), or by nobody, which ends the program with a message box.
 ///
-/// Numbers below 1000 are those of the language run-time that the suite's behaviour was designed
-/// on; numbers from 10000 on are those of the Windows socket library.
+/// Numbers below 1000 are those of Visual Basic's run-time, whose conventions the suite keeps;
+/// numbers from 10000 on are those of the Windows socket library.
 class RunTimeError : public std::runtime_error {
  public:
   RunTimeError(int number, const std::string& description)
@@ -26,14 +27,14 @@ class RunTimeError : public std::runtime_error {
 };
 
 namespace error {
-inline constexpr int kInvalidArgument = 5;
+inline constexpr int kOutOfMemory = 7;
+inline constexpr int kInternal = 51;
 inline constexpr int kOverflow = 6;
 inline constexpr int kSubscriptOutOfRange = 9;
 inline constexpr int kTypeMismatch = 13;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kDiskFull = 61;
 inline constexpr int kPathFileAccess = 75;
-inline constexpr int kPathNotFound = 76;
 inline constexpr int kObjectNotSet = 91;
 inline constexpr int kLoopNotInitialised = 92;
 inline constexpr int kNoSuchElement = 340;
@@ -41,6 +42,16 @@ inline constexpr int kElementAlreadyLoaded = 360;
 inline constexpr int kInvalidPropertyValue = 380;
 inline constexpr int kInvalidArrayIndex = 381;
 }  // namespace error
+
+/// Any failure as a run-time error, for what catches errors: those of the language's library count
+/// like those of the host.
+[[nodiscard]] inline RunTimeError AsRunTimeError(const std::exception& failure) {
+  if (const auto* known = dynamic_cast<const RunTimeError*>(&failure)) return *known;
+  if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) {
+    return {error::kOutOfMemory, "Out of memory"};
+  }
+  return {error::kInternal, std::string("Internal error: ") + failure.what()};
+}
 
 /// Thrown by EventLoop::End to leave everything that is under way. It is no error: nobody but the
 /// event loop catches it, and it is not a std::exception so that no handler takes it for a failure.

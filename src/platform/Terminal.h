@@ -18,8 +18,9 @@ class Terminal {
   virtual void ReadLines(std::function<void(std::string line)> line,
                          std::function<void()> ended) = 0;
 
-  /// Writes the bytes to standard output, at once. The caller sees to it that they cannot steer the
-  /// terminal. Failures are ignored: nobody is left to tell.
+  /// Writes the bytes to standard output, at once where the reader takes them; never waits for a
+  /// reader. The caller sees to it that they cannot steer the terminal. Failures are ignored:
+  /// nobody is left to tell.
   virtual void Write(std::string_view text) = 0;
 };
 

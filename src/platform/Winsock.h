@@ -19,7 +19,7 @@ enum class SocketState : int {
   HostResolved = 5,
   Connecting = 6,
   Connected = 7,
-  Closing = 8,  ///< the peer has closed; what it sent may still be fetched
+  Closing = 8,  ///< the peer has closed, or is lost; what it sent may still be fetched
   Error = 9,
 };
 
@@ -32,10 +32,13 @@ struct SocketEvents {
   /// Bytes have come in. At most 8192 are announced by one event, as that is the receive buffer.
   std::function<void(std::int32_t bytesTotal)> DataArrival = {};
   std::function<void()> Connect = {};
-  /// The peer has closed. The state is Closing until Close is called.
+  /// The peer has closed, or the connection is lost, which Error has told before. The state is
+  /// Closing until Close is called; no other event comes until then.
   std::function<void()> Close = {};
   /// An asynchronous failure, with the number and text of the Windows socket library. The state is
-  /// Error until Close is called.
+  /// Error. If it is a Connect or the listening that has failed, it stays so until Close is called,
+  /// and no other event comes. If it is an established connection, then Close is raised behind
+  /// this, unless the handler has closed or destroyed the socket.
   std::function<void(int number, const std::string& description)> Error = {};
 };
 
@@ -51,7 +54,8 @@ class Winsock {
   [[nodiscard]] virtual SocketState State() const = 0;
   /// The port set, or once connected or listening the port in use.
   [[nodiscard]] virtual int LocalPort() const = 0;
-  /// Takes any number; with one outside 0 to 65535 Listen fails. 0 lets the system choose.
+  /// Takes any number; with one outside 0 to 65535 Listen and Connect fail. 0 lets the system
+  /// choose.
   virtual void SetLocalPort(int port) = 0;
   [[nodiscard]] virtual int RemotePort() const = 0;
   /// Throws 380 for a number outside 0 to 65535.
@@ -72,27 +76,34 @@ class Winsock {
   /// 10022 if the caller is unknown or has been given up.
   virtual void Accept(std::int32_t requestID) = 0;
 
-  /// Starts to connect to RemoteHost and RemotePort; the outcome comes as Connect or Error event.
-  /// Throws 10022 if the socket is not closed.
+  /// Starts to connect to RemoteHost and RemotePort; the outcome comes as Connect or Error event,
+  /// never inside this call. Throws 10022 if the socket is not closed, like Listen if LocalPort
+  /// cannot be had (10048, 10013, 10049), 10024 or 10055 if the system is short of descriptors or
+  /// memory; the socket is closed then. All that is wrong with the remote end comes as Error.
   virtual void Connect() = 0;
 
-  /// Queues the bytes as they are and sends what the peer takes; never waits. Throws 10057 if not
-  /// connected. Empty data is no error and sends nothing.
+  /// Queues the bytes as they are and sends what the peer takes; never waits. In the state Closing
+  /// as well: a peer that has closed its own direction still hears. Throws 10057 if not connected
+  /// or if the connection is lost. Empty data is no error and sends nothing.
   virtual void SendData(std::string_view data) = 0;
 
-  /// Everything received and not yet fetched; empty if there is nothing.
+  /// Everything received and not yet fetched; empty if there is nothing. Of what nobody fetches the
+  /// first 64 KiB are kept, and what comes in beyond them is dropped.
   virtual std::string GetData() = 0;
 
   /// Ends whatever the socket does; never fails and raises no event. Data already queued by
-  /// SendData still goes out, for a bounded time. On a listening socket, callers that wait
-  /// unaccepted are refused: they see a reset, no later than the next pass of the loop or the next
-  /// Listen; a caller can still be accepted before that. Callers that the system has not handed
-  /// over yet are kept for a moment, so that a Close followed by a Listen loses nobody.
+  /// SendData still goes out, for 10 seconds at most and for the 64 connections closed last, fewer
+  /// when descriptors are short; a peer whose text is cut so sees a reset. On a listening socket,
+  /// callers that wait unaccepted are refused: they see a reset, no later than the next pass of the
+  /// loop or the next Listen; a caller can still be accepted before that. Callers that the system
+  /// has not handed over yet are kept for a moment, so that a Close followed by a Listen loses
+  /// nobody.
   virtual void Close() = 0;
 };
 
 /// Makes sockets. A caller that no handler accepted or refused is held unanswered, the newest 32
-/// for each listening socket; older ones are reset.
+/// for each listening socket; older ones are reset. When descriptors are short the oldest of all
+/// make room for new callers, except those whose handler is still running.
 class SocketFactory {
  public:
   virtual ~SocketFactory() = default;

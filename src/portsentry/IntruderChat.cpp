@@ -24,7 +24,8 @@ void IntruderChat::Send() {
   // The echo comes first and says nothing about whether anybody is there to hear it.
   statement([&] { window_.ChatBox.AppendText("Host: " + window_.SendBox.Text() + "\r\n"); });
   for (int slot = core::kFirstSlot; slot <= core::kLastSlot; ++slot) {
-    bool chatting = false;
+    // A slot without a socket counts as chatting: its send fails in turn, and nothing has happened.
+    bool chatting = true;
     statement([&] { chatting = IsChatting(slot); });
     if (!chatting) continue;
     statement([&] { sockets_.Accept(slot).SendData("Host: " + window_.SendBox.Text() + "\r\n"); });
@@ -49,7 +50,7 @@ void IntruderChat::CallerHasGone(core::ResumeOnError& statement) {
   for (int slot = core::kFirstSlot; slot <= core::kLastSlot; ++slot) {
     statement([&] {
       // The number of the newest failure stays: once the look has met a slot without a socket, no
-      // chat behind it counts. Users know the window to go away then, and its chat to go on.
+      // chat behind it counts. The window goes away then, and that chat goes on out of sight.
       if (IsChatting(slot) && statement.ErrorNumber() == 0) another = true;
     });
   }

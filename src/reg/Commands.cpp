@@ -35,10 +35,12 @@ int Fail(int status, std::string_view message) {
   return status;
 }
 
-/// One line for one text, whatever is in it.
+/// One line for one text, whatever is in it. A stored "\n" does not look like a line end.
 std::string OneLine(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) escaped += c == '\\' ? std::string("\\\\") : std::string(1, c);
   std::string line;
-  for (const char c : PlainText(text)) {
+  for (const char c : PlainText(escaped)) {
     if (c == '\n') {
       line += "\\n";
     } else if (c == '\t') {
@@ -48,6 +50,23 @@ std::string OneLine(std::string_view text) {
     }
   }
   return line;
+}
+
+/// The parts of a REG_MULTI_SZ, each as a line, with \0 between them.
+std::string OneLineOfParts(std::string_view data) {
+  if (data.ends_with('\0')) data.remove_suffix(1);
+  std::size_t end = data.find('\0');
+  std::string line = OneLine(data.substr(0, end));
+  while (end != std::string_view::npos) {
+    data.remove_prefix(end + 1);
+    end = data.find('\0');
+    line.append("\\0").append(OneLine(data.substr(0, end)));
+  }
+  return line;
+}
+
+std::string DataLine(const RegistryValue& value) {
+  return value.type == registry::kMultiSz ? OneLineOfParts(value.data) : OneLine(DataText(value));
 }
 
 std::string Shown(const std::string& valueName) {
@@ -113,8 +132,8 @@ int List(const Words& words, Registry& registry) {
     return Fail(kFailed, words[1] + ": " + host::DescribeRegistryResult(result));
   }
   for (std::uint32_t i = 0; (result = key->EnumValue(i, name, value)) == registry::kSuccess; ++i) {
-    std::cout << OneLine(Shown(name)) << ' ' << TypeName(value.type) << ' '
-              << OneLine(DataText(value)) << '\n';
+    std::cout << OneLine(Shown(name)) << ' ' << TypeName(value.type) << ' ' << DataLine(value)
+              << '\n';
   }
   if (result == registry::kNoMoreItems) return kDone;
   return Fail(kFailed, words[1] + ": " + host::DescribeRegistryResult(result));
@@ -181,6 +200,9 @@ const char* HelpText() {
          "A KEY is written whole, 'HKEY_CURRENT_USER\\Software\\Marrowind Software' for example;\n"
          "HKCU, HKLM, HKCR and HKU stand for the long names of the roots. The VALUE '' is the\n"
          "default value of a key.\n"
+         "\n"
+         "list shows a backslash in a text as \\\\, a line end as \\n and a tab as \\t; get gives\n"
+         "them as they are.\n"
          "\n"
          "TYPE and DATA:\n"
          "  REG_SZ, REG_EXPAND_SZ      a text\n"

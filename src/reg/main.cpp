@@ -6,9 +6,11 @@
 #include "forms/PlainText.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/SqliteRegistry.h"
+#include "platform/linux/StandardDescriptors.h"
 
 int main(int argc, char** argv) {
   using namespace tallowin;
+  platform::linux_host::OpenStandardDescriptors();
   const std::vector<std::string> words(argv + 1, argv + argc);
   if (words.empty()) {
     std::cerr << reg::HelpText();
@@ -21,7 +23,7 @@ int main(int argc, char** argv) {
   const auto folders = platform::linux_host::LinuxFolders::FromEnvironment();
   platform::linux_host::SqliteRegistry registry(
       folders.RegistryPath(), [](const std::string& path) {
-        std::cerr << "tallowin-reg: the registry's file was damaged; it lies now at "
+        std::cerr << "tallowin-reg: the settings were damaged; the damaged file lies at "
                   << forms::PlainText(path) << '\n';
       });
   return reg::RunCommand(words, registry);

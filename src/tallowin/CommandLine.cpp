@@ -1,8 +1,10 @@
 #include "tallowin/CommandLine.h"
 
-#include <algorithm>
+#include <utility>
 
+#include "core/MiscRoutines.h"
 #include "platform/EventLoop.h"
+#include "platform/Shell.h"
 #include "tallowin/Tallowin.h"
 
 namespace tallowin {
@@ -22,10 +24,7 @@ void GetNxtWord(std::string& line, std::string& word) {
 
 void Tallowin::CheckArguments() {
   // Switches are found anywhere in the text, so they need nothing between them.
-  std::string arguments = commandLine_;
-  std::transform(arguments.begin(), arguments.end(), arguments.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
+  const std::string arguments = core::LowerCase(commandLine_);
   const auto given = [&](const char* text) { return arguments.find(text) != std::string::npos; };
 
   // Through the items of the menu, so that the services stay off at the next start.
@@ -39,12 +38,17 @@ void Tallowin::CheckArguments() {
   if (given("-restored")) RestoreMainWindow();
 }
 
+void Tallowin::ShellAndWait(std::string_view commandLine) {
+  constexpr std::chrono::milliseconds kLimit{30000};
+  (void)host_.shell.RunAndWait(commandLine, kLimit);
+}
+
 void Tallowin::RestoreMainWindow() {
   if (options_.Visible()) return;
   mainForm_.SetState(forms::WindowState::Normal);
   mainForm_.Show();
   // Topmost for a moment brings the window to the front. It also ends "Always On Top" until the
-  // settings are loaded again, and users have come to rely on that.
+  // settings are loaded again: a window that was asked for must not cover all others from then on.
   core::SetTopMost(mainForm_);
   core::ClearTopMost(mainForm_);
 }

@@ -15,7 +15,7 @@ void Tallowin::WireMenu() {
   WireServiceItem(mainForm_.identmnu, options_.IdentDChk);
   mainForm_.clearlog.OnClick = [this] { log_.ClearLog(); };
   mainForm_.savelog.OnClick = [this] {
-    log_.WriteLogFile(mainForm_.Status.Text());
+    SaveLog();
     questions_.MsgBox("Log file has been saved", MessageBoxStyle::Plain, module_.ProductTitle);
   };
   mainForm_.Removelogs.OnClick = [this] { AskToRemoveLogs(); };

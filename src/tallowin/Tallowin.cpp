@@ -1,6 +1,8 @@
 #include "tallowin/Tallowin.h"
 
-#include "core/ErrorRegimes.h"
+#include <utility>
+
+#include "core/MiscRoutines.h"
 #include "platform/EventLoop.h"
 
 namespace tallowin {
@@ -32,8 +34,7 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
   for (forms::Form* form :
        {static_cast<forms::Form*>(&mainForm_), static_cast<forms::Form*>(&options_),
         static_cast<forms::Form*>(&form1_), static_cast<forms::Form*>(&chatWindow_),
-        static_cast<forms::Form*>(&bigMSG_),
-        static_cast<forms::Form*>(&reportHacker_)}) {
+        static_cast<forms::Form*>(&bigMSG_), static_cast<forms::Form*>(&reportHacker_)}) {
     forms_.Add(*form);
   }
   WireMenu();
@@ -50,9 +51,6 @@ portsentry::PortSockets Tallowin::MakePortSockets() {
             [this, index](std::int32_t requestID) {
               connections_.Listen_ConnectionRequest(index, requestID);
             },
-        .DataArrival = {},
-        .Connect = {},
-        .Close = {},
         .Error =
             [this, index](int number, const std::string& description) {
               connections_.Listen_Error(index, number, description);
@@ -61,9 +59,7 @@ portsentry::PortSockets Tallowin::MakePortSockets() {
   };
   auto accepted = [this](int index) {
     return platform::SocketEvents{
-        .ConnectionRequest = {},
         .DataArrival = [this, index](std::int32_t) { connections_.Accept_DataArrival(index); },
-        .Connect = {},
         .Close = [this, index] { connections_.Accept_Close(index); },
         .Error =
             [this, index](int number, const std::string& description) {
@@ -86,24 +82,25 @@ portsentry::AlarmResponses::Actions Tallowin::MakeAlarmActions() {
 }
 
 void Tallowin::UpdateSentry(std::string_view which) {
-  constexpr std::string_view kPort = "port";
-  const bool port = std::equal(which.begin(), which.end(), kPort.begin(), kPort.end(),
-                               [](char a, char b) { return (a | 0x20) == b; });
-  if (!port) return;
+  if (core::LowerCase(which) != "port") return;
+  // Asked before the teardown, whose log line lets the user switch once more in between.
+  const bool on = mainForm_.portsntmnu.Checked();
   portListeners_.DeactivatePortSentry();
-  if (mainForm_.portsntmnu.Checked()) portListeners_.ActivatePortSentry();
+  if (on) portListeners_.ActivatePortSentry();
 }
 
+void Tallowin::SaveLog() { log_.WriteLogFile(mainForm_.Status.Text()); }
+
 void Tallowin::Quit() {
-  log_.WriteLogFile(mainForm_.Status.Text());
+  SaveLog();
   host_.loop.End(0);
 }
 
 void Tallowin::EndByError(const platform::RunTimeError& error) {
-  // Events still run behind the message box; a second failure must not stack a second box on it.
-  if (endingByError_) host_.loop.End(1);
-  endingByError_ = true;
-  log_.WriteLogFile(mainForm_.Status.Text());
+  // Events run on while the log is written and behind the message box. It is the first failure that
+  // is told; a second one changes nothing.
+  if (std::exchange(endingByError_, true)) return;
+  SaveLog();
   questions_.MsgBox(
       "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.Description(),
       forms::MessageBoxStyle::Stop, module_.ProductTitle);

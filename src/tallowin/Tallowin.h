@@ -15,8 +15,8 @@
 #include "forms/Questions.h"
 #include "nettools/Icmp.h"
 #include "nettools/IdentDServer.h"
-#include "nettools/ModemHangUp.h"
 #include "nettools/IpTools.h"
+#include "nettools/ModemHangUp.h"
 #include "nettools/WhoisClient.h"
 #include "platform/Host.h"
 #include "portsentry/AlarmResponses.h"
@@ -57,6 +57,16 @@ class Tallowin {
   /// order, as everything durable was written when it changed. Does not return.
   void Quit();
 
+  /// Writes the log to a file, for when the session may be about to end. It may also be called off,
+  /// so the guard goes on.
+  void SaveLog();
+
+  void CheckArguments();
+
+  /// Runs a program and waits for it, 30 seconds at most; what takes longer is left running. The
+  /// whole program stands still meanwhile.
+  void ShellAndWait(std::string_view commandLine);
+
   /// "port" rebuilds or stops Port Sentry, by the tick of its menu item. The case does not count;
   /// any other word does nothing.
   void UpdateSentry(std::string_view which);
@@ -72,7 +82,6 @@ class Tallowin {
   void AskToExit();
 
   // CommandLine.cpp
-  void CheckArguments();
   void RestoreMainWindow();
 
   void EndByError(const platform::RunTimeError& error);

@@ -128,7 +128,8 @@ TEST_F(SettingsStoreTest, WhatANumberIs) {
       {"1e3", 1000}, {"&H10", 16}, {"&hFFFF", -1}, {32767, 32767}, {" 8 ", 8},
   };
   for (const auto& [value, expected] : numbers) EXPECT_EQ(ToInteger(value), expected);
-  for (const char* text : {"", " ", "x", "1x", "1 2", "&H", "&HG", "inf", "nan", "--1", "0x10"}) {
+  for (const char* text :
+       {"", " ", "x", "1x", "1 2", "&H", "&HG", "inf", "nan", "--1", "+-5", "0x10"}) {
     EXPECT_EQ(ErrorOf([&] { (void)ToInteger(text); }), 13) << text;
   }
   for (const Variant& value :

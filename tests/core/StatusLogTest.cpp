@@ -15,6 +15,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::UnorderedElementsAre;
 
 struct StatusLogTest : testing::Test {
   test::FakeHost host;
@@ -114,8 +115,10 @@ TEST_F(StatusLogTest, FilesAndTheCommandsOnThem) {
   EXPECT_THAT(Files(), ElementsAre("Log 9_16_2000 9_41_07 PM.log")) << "one a second";
 
   std::ofstream(host.folder.Path() + "/Logs/notes.txt") << "mine";
+  std::ofstream(host.folder.Path() + "/Logs/OLD.LOG") << "any case";
+  fs::create_directory(host.folder.Path() + "/Logs/folder.log");
   log.RemoveLogFiles();
-  EXPECT_THAT(Files(), ElementsAre("notes.txt"));
+  EXPECT_THAT(Files(), UnorderedElementsAre("folder.log", "notes.txt"));
 }
 
 TEST_F(StatusLogTest, AFolderThatCannotBeMadeIsPassedOver) {

@@ -5,6 +5,7 @@ import re
 import shutil
 import signal
 import socket
+import struct
 import subprocess
 import unittest
 
@@ -242,6 +243,20 @@ class Callers(TestCase):
             self.assertEqual(caller.recv(1), b"")
         self.assertIn("ChatWindow\tForm\t\thidden\tChat With Hacker", program.ask("forms"))
         self.assertNotIn("who is there?", program.get("MainForm.Status"))
+
+    def test_a_chat_that_is_reset_leaves_its_port_ready(self):
+        port = free_ports(1)[0]
+        self.home.set_up({1: (port, CHAT, "")})
+        program = self.start()
+        shown = "ChatWindow\tForm\t\t\tChat With Hacker"
+        for turn in (1, 2, 3):
+            with socket.create_connection(("127.0.0.1", port), timeout=DEADLINE) as caller:
+                program.wait_for(f"Chat Initialised With Port {port}", count=turn)
+                self.assertIn(shown, program.ask("forms"))
+                caller.sendall(b"turn %d" % turn)
+                wait_until(lambda: f"turn {turn}" in program.get("ChatWindow.ChatBox"), "the word")
+                caller.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+            wait_until(lambda: shown not in program.ask("forms"), "the end of the chat")
 
     def call_while_it_stands_still(self, program, port, data):
         """So that the caller's data is there before the program takes the call."""

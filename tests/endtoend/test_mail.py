@@ -145,7 +145,8 @@ class Notification(MailTest):
         self.assertEqual([mail.recipients for mail in server.all()],
                          [["owner@home.example"], ["12345@pager.marrowind.example"]])
         # Without the answers to this test's own commands.
-        log = [line for line in program.lines if STAMP.match(line) or line.startswith("----")]
+        log = [line for line in program.lines
+               if STAMP.match(line) or line.startswith("----") or line.endswith(" Started")]
         end = [line.endswith(":" + ENDED) for line in log].index(True)
         for mail in server.all():
             self.assertEqual(mail.sender, SENDER)

@@ -107,6 +107,17 @@ class TallowinRegTest(unittest.TestCase):
                          (self.home / "all.reg").read_bytes())
         self.assertEqual((self.home / "ports.reg").read_bytes().decode("utf-16").count("["), 1)
 
+    def test_an_export_writes_into_a_pipe_or_device_and_does_not_replace_it(self):
+        self.run_reg("import", PROGRAMS / "defaults.reg")
+        self.run_reg("export", "file.reg")
+        pipe = self.home / "pipe"
+        os.mkfifo(pipe)
+        reader = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+        self.addCleanup(os.close, reader)
+        self.run_reg("export", "pipe")
+        self.assertTrue(pipe.is_fifo())
+        self.assertEqual(os.read(reader, 65536), (self.home / "file.reg").read_bytes())
+
     def test_stored_control_characters_do_not_reach_the_terminal(self):
         evil = "\x1b]0;x\x07\r\nsecond\x9b31m"
         self.run_reg("set", r"HKCU\K", "v", "REG_SZ", evil)
@@ -121,6 +132,13 @@ class TallowinRegTest(unittest.TestCase):
         with sqlite3.connect(self.store) as store:
             self.assertEqual(store.execute("SELECT data FROM entries").fetchall(),
                              [(evil.encode(),)])
+
+    def test_a_list_tells_stored_backslashes_from_line_ends(self):
+        for kind, data, listed in (("REG_SZ", "C:\\new", r"C:\\new"), ("REG_SZ", "C:\new", r"C:\new"),
+                                   ("REG_MULTI_SZ", r"C:\a\0C:\b", r"C:\\a\0C:\\b")):
+            self.run_reg("set", r"HKCU\K", "v", kind, data)
+            self.assertEqual(self.run_reg("list", r"HKCU\K")[0], f'"v" {kind} {listed}\n')
+            self.assertEqual(self.run_reg("get", r"HKCU\K", "v")[0], data + "\n")
 
     def test_a_damaged_store_is_set_aside_and_told(self):
         self.run_reg("set", r"HKCU\K", "v", "REG_SZ", "1")

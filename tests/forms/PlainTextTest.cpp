@@ -21,9 +21,11 @@ TEST(PlainText, NothingThatComesOutSteersADisplay) {
       {"\xe2\x80\xae"
        "gpj.exe",
        "\\xe2\\x80\\xae"
-       "gpj.exe"},                                            // right-to-left override
-      {"\xf3\xa0\x81\x81", "\\xf3\\xa0\\x81\\x81"},           // an invisible tag character
-      {"\xff\xc3(\xe2\x82", "\\xff\\xc3(\\xe2\\x82"},         // cut and misplaced bytes
+       "gpj.exe"},  // right-to-left override
+      {"\xd8\x9c\xef\xb8\x8f",
+       "\\xd8\\x9c\\xef\\xb8\\x8f"},                   // a direction mark, a variation selector
+      {"\xf3\xa0\x81\x81", "\\xf3\\xa0\\x81\\x81"},    // an invisible tag character
+      {"\xff\xc3(\xe2\x82", "\\xff\\xc3(\\xe2\\x82"},  // cut and misplaced bytes
       {"\xc0\xaf\xed\xa0\x80", "\\xc0\\xaf\\xed\\xa0\\x80"},  // overlong form, surrogate
       {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},           // beyond the last character
   };

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -27,9 +28,9 @@
 #include "platform/Registry.h"
 #include "platform/Shell.h"
 #include "platform/SingleInstance.h"
+#include "platform/Smtp.h"
 #include "platform/Sound.h"
 #include "platform/SystemShutdown.h"
-#include "platform/Smtp.h"
 #include "platform/Winsock.h"
 #include "support/FakeEchoes.h"
 
@@ -381,7 +382,13 @@ class FakeIniFiles : public platform::IniFiles {
 
 class FakeShell : public platform::Shell {
  public:
+  std::vector<std::string> ran;  ///< command lines
+
   std::int32_t Execute(std::string_view, std::string_view, std::int32_t) override { return 42; }
+  bool RunAndWait(std::string_view commandLine, std::chrono::milliseconds) override {
+    ran.emplace_back(commandLine);
+    return true;
+  }
 };
 
 struct FakeInstance : platform::SingleInstance {

@@ -12,7 +12,10 @@
 namespace tallowin::platform::linux_host {
 namespace {
 
-bool IsOnlyBusy(int error) { return error == EAGAIN || error == EINTR; }
+/// The same call may succeed later. To be short of memory costs nobody the connection.
+bool IsForNowOnly(int error) {
+  return error == EAGAIN || error == EINTR || error == ENOBUFS || error == ENOMEM;
+}
 
 }  // namespace
 
@@ -29,7 +32,7 @@ int SendFrontOf(std::string& unsent, const FileDescriptor& socket) {
     }
   }
   unsent.erase(0, sent);
-  return IsOnlyBusy(error) ? 0 : error;
+  return IsForNowOnly(error) ? 0 : error;
 }
 
 Connection::Connection(EventPoller& poller, FileDescriptor socket, Events events)
@@ -80,7 +83,7 @@ void Connection::Receive() {
   const ssize_t count = recv(socket_.Get(), buffer.data(), room, 0);
   if (count > 0) return Arrived({buffer.data(), static_cast<std::size_t>(count)});
   if (count == 0) return Ended();
-  if (!IsOnlyBusy(errno)) Failed(SocketError(errno));
+  if (!IsForNowOnly(errno)) Failed(SocketError(errno));
 }
 
 void Connection::Arrived(std::string_view data) {
@@ -101,6 +104,7 @@ void Connection::Ended() {
 
 void Connection::Failed(const RunTimeError& error) {
   reading_ = false;
+  lost_ = true;
   unsent_.clear();
   UpdateInterest();
   const auto failed = events_.failed;

@@ -29,9 +29,12 @@ class Connection {
 
   Connection(EventPoller& poller, FileDescriptor socket, Events events);
 
-  /// Sends what the peer takes and queues the rest. A failure comes as an event, behind the data
-  /// that the peer sent before it.
+  /// Sends what the peer takes and queues the rest, also behind `closed`. A failure comes as an
+  /// event, behind the data that the peer sent before it; behind `closed` it is not told any more.
   void Send(std::string_view data);
+
+  /// True once `failed` has been raised: there is no connection any more.
+  [[nodiscard]] bool Lost() const { return lost_; }
 
   /// All bytes that have come in and are not fetched yet.
   [[nodiscard]] std::string Fetch();
@@ -58,6 +61,7 @@ class Connection {
   std::string unsent_;
   std::optional<RunTimeError> sendFailure_;
   bool reading_ = true;
+  bool lost_ = false;
   std::unique_ptr<EventPoller::Watch> watch_;
 };
 

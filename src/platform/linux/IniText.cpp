@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/linux/Text.h"
+
 namespace tallowin::platform::linux_host {
 namespace {
 
@@ -15,10 +17,8 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-char Lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(Trimmed(a), Trimmed(b), {}, Lowered, Lowered);
+  return LowerAscii(Trimmed(a)) == LowerAscii(Trimmed(b));
 }
 
 /// Offsets in the text: a line's bytes, then its line end.

@@ -31,6 +31,11 @@ struct LingeringSender::Farewell {
   bool broken = false;
   std::unique_ptr<EventPoller::Watch> watch = {};
 
+  /// A cut text is to be seen as such, not as a polite end.
+  void GiveUp() const {
+    if (!unsent.empty()) SetResetOnClose(socket, true);
+  }
+
   [[nodiscard]] bool Over() const { return broken || (unsent.empty() && peerEnded); }
 
   void Send() {
@@ -103,9 +108,12 @@ void LingeringSender::OnReady(Farewells::iterator farewell, Readiness ready) {
 }
 
 void LingeringSender::MakeRoom() {
-  if (farewells_.size() < kMostFarewells) return;
-  // A cut text is to be seen as such, not as a polite end.
-  if (!farewells_.front().unsent.empty()) SetResetOnClose(farewells_.front().socket, true);
+  if (farewells_.size() >= kMostFarewells) DropOldest();
+}
+
+void LingeringSender::DropOldest() {
+  if (farewells_.empty()) return;
+  farewells_.front().GiveUp();
   farewells_.pop_front();
 }
 
@@ -113,7 +121,7 @@ void LingeringSender::DropOverdue() {
   const auto now = Clock::now();
   farewells_.remove_if([now](const Farewell& farewell) {
     if (farewell.until > now) return false;
-    if (!farewell.unsent.empty()) SetResetOnClose(farewell.socket, true);
+    farewell.GiveUp();
     return true;
   });
   if (farewells_.empty()) timer_->SetEnabled(false);

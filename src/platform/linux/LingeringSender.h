@@ -22,6 +22,9 @@ class LingeringSender {
 
   void SeeOff(FileDescriptor socket, std::string unsent);
 
+  /// Gives the oldest farewell up, if there is one.
+  void DropOldest();
+
  private:
   using Clock = std::chrono::steady_clock;
   struct Farewell;

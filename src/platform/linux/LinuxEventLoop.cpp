@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QSocketNotifier>
-#include <new>
 #include <thread>
 #include <utility>
 
@@ -11,9 +10,6 @@
 
 namespace tallowin::platform::linux_host {
 namespace {
-
-constexpr int kOutOfMemory = 7;
-constexpr int kInternalError = 51;
 
 /// Sets a variable for the time of a scope.
 template <typename T>
@@ -98,14 +94,8 @@ void LinuxEventLoop::Deliver(const std::function<void()>& handler) {
 void LinuxEventLoop::Run(const std::function<void()>& handler) {
   try {
     handler();
-  } catch (const ProgramEnded&) {
-    throw;
-  } catch (const RunTimeError& error) {
-    HandleError(error);
-  } catch (const std::bad_alloc&) {
-    HandleError({kOutOfMemory, "Out of memory"});
-  } catch (const std::exception& error) {
-    HandleError({kInternalError, std::string("Internal error: ") + error.what()});
+  } catch (const std::exception& failure) {
+    HandleError(AsRunTimeError(failure));
   }
 }
 

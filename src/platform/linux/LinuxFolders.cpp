@@ -1,13 +1,14 @@
 #include "platform/linux/LinuxFolders.h"
 
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+
+#include "platform/linux/Files.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -50,13 +51,6 @@ bool KeepsFilesBesideItself(const std::string& folder, const std::string& instal
          access(folder.c_str(), W_OK) == 0;
 }
 
-void MakePrivateFolder(const fs::path& folder) {
-  std::error_code error;
-  if (folder.empty() || fs::is_directory(folder, error)) return;
-  MakePrivateFolder(folder.parent_path());
-  (void)mkdir(folder.c_str(), S_IRWXU);
-}
-
 /// The copy appears under its name when it is whole: half a file would stay for ever, as files that
 /// are there are never written over.
 void CopyIfMissing(const fs::path& from, const fs::path& to) {
@@ -77,7 +71,7 @@ void CopyMissing(const fs::path& from, const fs::path& to) {
     const fs::path target = to / entry->path().lexically_relative(from);
     std::error_code failure;
     if (entry->is_directory(failure)) {
-      MakePrivateFolder(target);
+      MakePrivateFolders(target);
     } else {
       CopyIfMissing(entry->path(), target);
     }
@@ -100,8 +94,8 @@ LinuxFolders LinuxFolders::FromEnvironment() {
 }
 
 void LinuxFolders::Prepare() const {
-  MakePrivateFolder(config);
-  MakePrivateFolder(data);
+  MakePrivateFolders(config);
+  MakePrivateFolders(data);
   if (program == data) CopyMissing(installedData, data);
 }
 

@@ -2,22 +2,29 @@
 
 #include <sys/stat.h>
 
+#include <utility>
+
+#include "platform/linux/RegistryFile.h"
+
 namespace tallowin::platform::linux_host {
 
 LinuxHost::Preparation::Preparation(const LinuxFolders& folders) {
-  (void)umask(S_IRWXG | S_IRWXO);
+  userMask = umask(S_IRWXG | S_IRWXO);
   folders.Prepare();
 }
 
-LinuxHost::LinuxHost(const LinuxFolders& folders)
+LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
     : preparation_(folders),
+      warn_(std::move(warn)),
       sockets_(loop_),
       registry_(folders.RegistryPath(),
-                [this](const std::string& setAside) { damagedRegistry_ = setAside; }),
+                [this](const std::string& setAside) {
+                  warn_("the settings were damaged; the damaged file lies at " + setAside);
+                }),
       drive_(folders),
       iniFiles_(drive_),
       paths_(folders, drive_),
-      shell_(registry_),
+      shell_(registry_, preparation_.userMask),
       instance_(folders.config + "/instance.lock"),
       host_{.loop = loop_,
             .sockets = sockets_,
@@ -33,6 +40,12 @@ LinuxHost::LinuxHost(const LinuxFolders& folders)
             .dialUp = dialUp_,
             .smtp = smtp_,
             .icmp = icmp_,
-            .names = names_} {}
+            .names = names_} {
+  std::unique_ptr<RegistryKey> root;
+  const RegistryResult result = registry_.OpenKey(RegistryRoot::CurrentUser, {}, root);
+  if (result == registry::kSuccess || result == registry::kNotFound) return;
+  warn_("the settings in " + folders.RegistryPath() +
+        " cannot be read: " + DescribeRegistryResult(result));
+}
 
 }  // namespace tallowin::platform::linux_host

@@ -1,7 +1,9 @@
 // This host, whole: everything that platform::Host refers to.
 #pragma once
 
-#include <optional>
+#include <sys/types.h>
+
+#include <functional>
 #include <string>
 
 #include "platform/Host.h"
@@ -16,8 +18,8 @@
 #include "platform/linux/LinuxPaths.h"
 #include "platform/linux/LinuxRegionalSettings.h"
 #include "platform/linux/LinuxShell.h"
-#include "platform/linux/LinuxSmtp.h"
 #include "platform/linux/LinuxSingleInstance.h"
+#include "platform/linux/LinuxSmtp.h"
 #include "platform/linux/LinuxSound.h"
 #include "platform/linux/LinuxSystemShutdown.h"
 #include "platform/linux/LinuxWinsock.h"
@@ -38,25 +40,25 @@ class LinuxOperatingSystem : public OperatingSystem {
 /// construction on, what the process creates is for this user alone; the folders are there.
 class LinuxHost {
  public:
-  explicit LinuxHost(const LinuxFolders& folders);
+  /// Told in plain words where a damaged settings file was set aside, and that the settings cannot
+  /// be reached: the system itself keeps silent about both. Foreign bytes may stand in it.
+  using Warn = std::function<void(const std::string& message)>;
+
+  LinuxHost(const LinuxFolders& folders, Warn warn);
 
   [[nodiscard]] platform::Host& Host() { return host_; }
   /// The loop of `Host`, for what only this host's own classes need of it.
   [[nodiscard]] LinuxEventLoop& Loop() { return loop_; }
 
-  /// Where a damaged registry file was set aside, if one was.
-  [[nodiscard]] const std::optional<std::string>& DamagedRegistry() const {
-    return damagedRegistry_;
-  }
-
  private:
   /// First of all members, so that it runs before anything is created.
   struct Preparation {
     explicit Preparation(const LinuxFolders& folders);
+    mode_t userMask = 0;  ///< as it was before, for programs that the user opens
   };
 
   Preparation preparation_;
-  std::optional<std::string> damagedRegistry_;
+  Warn warn_;
   LinuxEventLoop loop_;
   LinuxSocketFactory sockets_;
   SqliteRegistry registry_;

@@ -14,6 +14,7 @@
 
 #include "platform/RunTimeError.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/Text.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -71,11 +72,8 @@ bool AnyMatches(const std::string& folder, std::string pattern, bool anyCase) {
 std::vector<std::string> FoldersOfPathVariable() {
   std::vector<std::string> folders;
   const char* variable = std::getenv("PATH");
-  std::string_view rest = variable != nullptr ? variable : "";
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find(':'), rest.size());
-    if (rest.front() == '/') folders.emplace_back(rest.substr(0, end));
-    rest.remove_prefix(std::min(end + 1, rest.size()));
+  for (const std::string_view folder : Parts(variable != nullptr ? variable : "", ':')) {
+    if (folder.front() == '/') folders.emplace_back(folder);
   }
   return folders;
 }
@@ -121,7 +119,7 @@ std::string LinuxPaths::MakeTempFile(std::string_view folder, std::string_view p
   for (unsigned i = 0; i < kNumbers; ++i) {
     std::array<char, 5> digits = {};
     (void)std::snprintf(digits.data(), digits.size(), "%04X", (first + i) % kNumbers);
-    const std::string path = start + digits.data() + ".tmp";
+    std::string path = start + digits.data() + ".tmp";
     const FileDescriptor file(
         open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (file) return path;

@@ -1,18 +1,26 @@
 #include "platform/linux/LinuxShell.h"
 
+#include <poll.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <QFile>
 #include <QProcess>
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <system_error>
 
+#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/LinuxPaths.h"
 #include "platform/linux/RegistryFile.h"
+#include "platform/linux/Text.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -27,20 +35,12 @@ constexpr std::int32_t kNoAssociation = 31;
 
 constexpr std::string_view kBlanks = " \t";
 
-std::string Lowered(std::string_view text) {
-  std::string lowered(text);
-  std::ranges::transform(lowered, lowered.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return lowered;
-}
-
 void SkipBlanks(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
 }
 
 bool Skip(std::string_view& text, std::string_view prefix) {
-  if (Lowered(text.substr(0, prefix.size())) != prefix) return false;
+  if (LowerAscii(text.substr(0, prefix.size())) != prefix) return false;
   text.remove_prefix(prefix.size());
   return true;
 }
@@ -56,7 +56,7 @@ bool IsFolderPrefix(std::string_view text) {
 /// What follows the editor's name in a command line; nothing if `text` names no registry editor.
 std::optional<std::string_view> EditorArguments(std::string_view text) {
   constexpr std::string_view kEditor = "regedit";
-  const std::string lowered = Lowered(text);
+  const std::string lowered = LowerAscii(text);
   for (std::size_t at = lowered.find(kEditor); at != std::string::npos;
        at = lowered.find(kEditor, at + 1)) {
     const bool nameStarts =
@@ -84,7 +84,7 @@ bool Exists(const std::string& path) {
 }
 
 bool IsAddress(std::string_view text) {
-  const std::string start = Lowered(text.substr(0, 8));
+  const std::string start = LowerAscii(text.substr(0, 8));
   return start.starts_with("http://") || start.starts_with("https://") ||
          start.starts_with("mailto:");
 }
@@ -92,7 +92,7 @@ bool IsAddress(std::string_view text) {
 /// Openers hand addresses on through scripts; blanks and quotes are kept out of their way. Empty
 /// for an address that holds control characters, or asks the mail program to send a file along.
 std::string SafeAddress(std::string_view address) {
-  const std::string lowered = Lowered(address);
+  const std::string lowered = LowerAscii(address);
   if (lowered.starts_with("mailto:") && lowered.find("attach") != std::string::npos) return {};
   std::string safe;
   for (const char c : address) {
@@ -124,8 +124,35 @@ bool MightBeRun(const std::string& path) {
   constexpr std::array<std::string_view, 13> kEndings = {
       ".appimage", ".bat", ".cmd", ".com", ".desktop", ".exe", ".jar",
       ".lnk",      ".msi", ".pif", ".run", ".scr",     ".sh"};
-  const std::string ending = Lowered(fs::path(path).extension().string());
+  const std::string ending = LowerAscii(fs::path(path).extension().string());
   return std::ranges::find(kEndings, ending) != kEndings.end();
+}
+
+/// What is started meanwhile gets the user's file mode creation mask and not this program's own.
+class UserMask {
+ public:
+  explicit UserMask(mode_t mask) : own_(umask(mask)) {}
+  ~UserMask() { (void)umask(own_); }
+  UserMask(const UserMask&) = delete;
+  UserMask& operator=(const UserMask&) = delete;
+
+ private:
+  mode_t own_;
+};
+
+/// Returns when the process has ended, or after `limit`.
+void AwaitEnd(pid_t process, std::chrono::milliseconds limit) {
+  // None for a process that has ended already.
+  const FileDescriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+  if (!handle) return;
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  pollfd ended = {.fd = handle.Get(), .events = POLLIN, .revents = 0};
+  int result = 0;
+  do {
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    result = poll(&ended, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+  } while (result < 0 && errno == EINTR);
 }
 
 }  // namespace
@@ -133,7 +160,7 @@ bool MightBeRun(const std::string& path) {
 std::int32_t LinuxShell::Execute(std::string_view verb, std::string_view file,
                                  std::int32_t /*showCommand*/) {
   if (file.empty() || file.front() == '-') return kFileNotFound;
-  if (Lowered(verb) != "open") return kNoAssociation;
+  if (LowerAscii(verb) != "open") return kNoAssociation;
   if (IsAddress(file)) {
     const std::string address = SafeAddress(file);
     return address.empty() ? kAccessDenied : Open(address);
@@ -158,7 +185,25 @@ std::int32_t LinuxShell::Open(const std::string& argument) const {
   opener.setStandardInputFile(QProcess::nullDevice());
   opener.setStandardOutputFile(QProcess::nullDevice());
   opener.setStandardErrorFile(QProcess::nullDevice());
+  const UserMask mask(userMask_);
   return opener.startDetached() ? kOpened : kNoAssociation;
+}
+
+bool LinuxShell::RunAndWait(std::string_view commandLine, std::chrono::milliseconds limit) {
+  QStringList words = QProcess::splitCommand(QFile::decodeName(
+      QByteArray(commandLine.data(), static_cast<qsizetype>(commandLine.size()))));
+  if (words.isEmpty()) return false;
+  QProcess program;
+  program.setProgram(words.takeFirst());
+  program.setArguments(words);
+  // Detached, so that a program that outlives the limit is neither ended nor left behind dead.
+  qint64 process = 0;
+  {
+    const UserMask mask(userMask_);
+    if (!program.startDetached(&process)) return false;
+  }
+  AwaitEnd(static_cast<pid_t>(process), limit);
+  return true;
 }
 
 }  // namespace tallowin::platform::linux_host

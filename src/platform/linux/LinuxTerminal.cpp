@@ -11,10 +11,9 @@
 namespace tallowin::platform::linux_host {
 namespace {
 
-/// -1 waits without end.
-bool WaitFor(int descriptor, short event, int milliseconds) {
-  pollfd waited{descriptor, event, 0};
-  return poll(&waited, 1, milliseconds) > 0;
+bool HasInput(int descriptor) {
+  pollfd input{descriptor, POLLIN, 0};
+  return poll(&input, 1, 0) > 0;
 }
 
 }  // namespace
@@ -44,7 +43,7 @@ class LinuxTerminal::Input : public std::enable_shared_from_this<Input> {
 
   void Read() {
     // A nested pass may have taken what was there, and the descriptor is one that blocks.
-    if (over_ || !WaitFor(descriptor_, POLLIN, 0)) return;
+    if (over_ || !HasInput(descriptor_)) return;
     std::array<char, 65536> buffer;
     const ssize_t count = read(descriptor_, buffer.data(), buffer.size());
     if (count > 0) {
@@ -86,7 +85,7 @@ class LinuxTerminal::Input : public std::enable_shared_from_this<Input> {
 };
 
 LinuxTerminal::LinuxTerminal(LinuxEventLoop& loop, int input, int output)
-    : loop_(loop), inputDescriptor_(input), outputDescriptor_(output) {}
+    : loop_(loop), inputDescriptor_(input), output_(loop, output) {}
 
 LinuxTerminal::~LinuxTerminal() = default;
 
@@ -96,17 +95,6 @@ void LinuxTerminal::ReadLines(std::function<void(std::string line)> line,
   input_->Start();
 }
 
-void LinuxTerminal::Write(std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(outputDescriptor_, text.data(), text.size());
-    if (written >= 0) {
-      text.remove_prefix(static_cast<std::size_t>(written));
-    } else if (errno == EAGAIN) {
-      WaitFor(outputDescriptor_, POLLOUT, -1);
-    } else if (errno != EINTR) {
-      return;
-    }
-  }
-}
+void LinuxTerminal::Write(std::string_view text) { output_.Write(text); }
 
 }  // namespace tallowin::platform::linux_host

@@ -7,6 +7,7 @@
 
 #include "platform/Terminal.h"
 #include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/TerminalOutput.h"
 
 namespace tallowin::platform::linux_host {
 
@@ -25,7 +26,7 @@ class LinuxTerminal final : public Terminal {
   class Input;
   LinuxEventLoop& loop_;
   int inputDescriptor_;
-  int outputDescriptor_;
+  TerminalOutput output_;
   std::shared_ptr<Input> input_;
 };
 

@@ -44,10 +44,13 @@ class LinuxWinsock final : public Winsock {
 
  private:
   void OnCaller(Caller caller);
+  void DoomCallers();
   void StopListening();
   void TakeOver(FileDescriptor socket, std::string address, int port);
   void OnConnected(FileDescriptor socket, std::string address);
   void OnClosed();
+  void OnLost(const RunTimeError& error);
+  void OnListeningFailed(const RunTimeError& error);
   void OnFailed(const RunTimeError& error);
 
   /// Raises an event; false if the handler has destroyed this socket.
@@ -61,8 +64,9 @@ class LinuxWinsock final : public Winsock {
   std::shared_ptr<SocketServices> services_;
   SocketEvents events_;
   SocketState state_ = SocketState::Closed;
+  // Three, as SetLocalPort works at any time: asked for now, asked for at the Listen, and in use.
   int localPort_ = 0;
-  int listeningPort_ = 0;  ///< what LocalPort was when Listen was called
+  int listeningPort_ = 0;
   std::optional<int> portInUse_;
   int remotePort_ = 0;
   std::string remoteHost_;
@@ -95,8 +99,11 @@ void LinuxWinsock::Listen() {
   services_->callers.ResetDoomed();
   FileDescriptor socket = services_->parked.TakeBack(this, localPort_);
   if (!socket) socket = OpenListeningSocket(localPort_);
-  listener_ = std::make_unique<Listener>(services_->loop, std::move(socket),
-                                         [this](Caller caller) { OnCaller(std::move(caller)); });
+  listener_ = std::make_unique<Listener>(
+      services_->loop, std::move(socket),
+      Listener::Events{[this](Caller caller) { OnCaller(std::move(caller)); },
+                       [this] { services_->MakeRoom(); },
+                       [this](const RunTimeError& error) { OnListeningFailed(error); }});
   listeningPort_ = localPort_;
   portInUse_ = listener_->Port();
   state_ = SocketState::Listening;
@@ -110,6 +117,7 @@ void LinuxWinsock::OnCaller(Caller caller) {
   ++requestsUnderWay_;
   if (!Raise(events_.ConnectionRequest, requestID)) return;
   --requestsUnderWay_;
+  services_->callers.Handled(requestID);
 
   // The handler of an earlier caller goes on, and finds its own caller's address again; unless the
   // socket has become a connection, which has a peer of its own.
@@ -133,7 +141,7 @@ void LinuxWinsock::TakeOver(FileDescriptor socket, std::string address, int port
       services_->loop.Poller(), std::move(socket),
       Connection::Events{[this](std::int32_t bytes) { Raise(events_.DataArrival, bytes); },
                          [this] { OnClosed(); },
-                         [this](const RunTimeError& error) { OnFailed(error); }});
+                         [this](const RunTimeError& error) { OnLost(error); }});
   portInUse_ = localPort;
   remoteHostIP_ = std::move(address);
   remotePort_ = port;
@@ -142,6 +150,7 @@ void LinuxWinsock::TakeOver(FileDescriptor socket, std::string address, int port
 
 void LinuxWinsock::Connect() {
   if (state_ != SocketState::Closed) throw SocketError(EINVAL);
+  if (!IsPort(localPort_)) throw SocketError(EADDRNOTAVAIL);
   services_->parked.Drop(this);
   connector_ = std::make_unique<Connector>(
       services_->loop, localPort_, remoteHost_, remotePort_,
@@ -155,7 +164,11 @@ void LinuxWinsock::Connect() {
 
 void LinuxWinsock::OnConnected(FileDescriptor socket, std::string address) {
   connector_.reset();
-  TakeOver(std::move(socket), std::move(address), remotePort_);
+  try {
+    TakeOver(std::move(socket), std::move(address), remotePort_);
+  } catch (const RunTimeError& error) {
+    return OnFailed(error);  // Nobody has called this who could be told otherwise.
+  }
   Raise(events_.Connect);
 }
 
@@ -164,22 +177,35 @@ void LinuxWinsock::OnClosed() {
   Raise(events_.Close);
 }
 
+void LinuxWinsock::OnLost(const RunTimeError& error) {
+  state_ = SocketState::Error;
+  if (!Raise(events_.Error, error.Number(), error.Description())) return;
+  // The handler may have closed the socket, and used it anew.
+  if (connection_ && state_ == SocketState::Error) OnClosed();
+}
+
+void LinuxWinsock::OnListeningFailed(const RunTimeError& error) {
+  listener_.reset();  // Not to be parked: the next Listen needs a sound one.
+  OnFailed(error);
+}
+
 void LinuxWinsock::OnFailed(const RunTimeError& error) {
   state_ = SocketState::Error;
   Raise(events_.Error, error.Number(), error.Description());
 }
 
 void LinuxWinsock::SendData(std::string_view data) {
-  if (state_ != SocketState::Connected) throw SocketError(ENOTCONN);
+  if (!connection_ || connection_->Lost()) throw SocketError(ENOTCONN);
   connection_->Send(data);
 }
 
 std::string LinuxWinsock::GetData() { return connection_ ? connection_->Fetch() : std::string(); }
 
 void LinuxWinsock::Close() {
+  DoomCallers();
   if (listener_) StopListening();
   connector_.reset();
-  if (connection_ && state_ != SocketState::Error) {
+  if (connection_ && !connection_->Lost()) {
     Connection::Remains remains = connection_->TakeApart();
     services_->lingering.SeeOff(std::move(remains.socket), std::move(remains.unsent));
   }
@@ -188,12 +214,14 @@ void LinuxWinsock::Close() {
   state_ = SocketState::Closed;
 }
 
+void LinuxWinsock::DoomCallers() {
+  if (!services_->callers.Doom(this)) return;
+  services_->loop.Post([weak = std::weak_ptr(services_)] {
+    if (const auto services = weak.lock()) services->callers.ResetDoomed();
+  });
+}
+
 void LinuxWinsock::StopListening() {
-  if (services_->callers.Doom(this)) {
-    services_->loop.Post([weak = std::weak_ptr(services_)] {
-      if (const auto services = weak.lock()) services->callers.ResetDoomed();
-    });
-  }
   services_->parked.Park(this, listeningPort_, *portInUse_, listener_->Release());
   listener_.reset();
 }

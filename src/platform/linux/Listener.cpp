@@ -25,6 +25,10 @@ bool ConcernsThisCallerOnly(int error) {
   return std::ranges::find(kErrors, error) != kErrors.end();
 }
 
+bool IsShortage(int error) {
+  return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+}
+
 }  // namespace
 
 FileDescriptor OpenListeningSocket(int port) {
@@ -36,11 +40,10 @@ FileDescriptor OpenListeningSocket(int port) {
   return socket;
 }
 
-Listener::Listener(LinuxEventLoop& loop, FileDescriptor socket,
-                   std::function<void(Caller)> onCaller)
+Listener::Listener(LinuxEventLoop& loop, FileDescriptor socket, Events events)
     : loop_(loop),
       socket_(std::move(socket)),
-      onCaller_(std::move(onCaller)),
+      events_(std::move(events)),
       watch_(
           loop.Poller().Add(socket_.Get(), Interest::Read, [this](Readiness) { TakeCaller(); })) {}
 
@@ -56,16 +59,24 @@ void Listener::TakeCaller() {
   socklen_t size = sizeof address;
   FileDescriptor socket(accept4(socket_.Get(), reinterpret_cast<sockaddr*>(&address), &size,
                                 SOCK_NONBLOCK | SOCK_CLOEXEC));
-  if (!socket) {
-    if (!ConcernsThisCallerOnly(errno)) Pause();
-    return;
-  }
-  const auto onCaller = onCaller_;  // The handler may destroy this object.
+  if (!socket) return NoCaller(errno);
+  const auto onCaller = events_.caller;  // The handler may destroy this object.
   onCaller({std::move(socket), DottedAddress(address), PortOf(address)});
 }
 
-/// The system is short of descriptors or memory. Callers wait in its queue; to look again at once
-/// would only burn time.
+void Listener::NoCaller(int error) {
+  if (ConcernsThisCallerOnly(error)) return;
+  if (IsShortage(error)) {
+    Pause();
+    events_.runningShort();
+    return;
+  }
+  watch_->SetInterest(Interest::None);
+  const auto failed = events_.failed;
+  failed(SocketError(error));
+}
+
+/// Callers wait in the system's queue; to look again at once would only burn time.
 void Listener::Pause() {
   watch_->SetInterest(Interest::None);
   if (!pause_) pause_ = loop_.MakeTimer(kPauseWhenShort, [this] { Resume(); });

@@ -15,7 +15,16 @@ namespace tallowin::platform::linux_host {
 /// Takes callers from the system, one for each event.
 class Listener {
  public:
-  Listener(LinuxEventLoop& loop, FileDescriptor socket, std::function<void(Caller)> onCaller);
+  /// `caller` and `failed` may destroy the listener. After `failed` none follows.
+  struct Events {
+    std::function<void(Caller)> caller;
+    /// The system is short of descriptors or memory. The caller waits; what is given up now is
+    /// there for it in a moment.
+    std::function<void()> runningShort;
+    std::function<void(const RunTimeError&)> failed;
+  };
+
+  Listener(LinuxEventLoop& loop, FileDescriptor socket, Events events);
 
   [[nodiscard]] int Port() const;
 
@@ -24,12 +33,13 @@ class Listener {
 
  private:
   void TakeCaller();
+  void NoCaller(int error);
   void Pause();
   void Resume();
 
   LinuxEventLoop& loop_;
   FileDescriptor socket_;
-  std::function<void(Caller)> onCaller_;
+  Events events_;
   std::unique_ptr<EventPoller::Watch> watch_;
   std::unique_ptr<Timer> pause_;
 };

@@ -9,7 +9,7 @@ namespace tallowin::platform::linux_host {
 std::int32_t PendingCallers::Hold(Owner owner, Caller caller) {
   lastRequestID_ =
       lastRequestID_ == std::numeric_limits<std::int32_t>::max() ? 1 : lastRequestID_ + 1;
-  entries_.push_back({lastRequestID_, owner, false, std::move(caller)});
+  entries_.push_back({lastRequestID_, owner, false, false, std::move(caller)});
   ResetExcess(owner);
   return lastRequestID_;
 }
@@ -18,6 +18,18 @@ void PendingCallers::ResetExcess(Owner owner) {
   const auto ofOwner = [owner](const Entry& entry) { return entry.owner == owner; };
   if (std::ranges::count_if(entries_, ofOwner) <= std::ptrdiff_t{kHeldForEachOwner}) return;
   entries_.erase(std::ranges::find_if(entries_, ofOwner));
+}
+
+void PendingCallers::Handled(std::int32_t requestID) {
+  const auto found = std::ranges::find(entries_, requestID, &Entry::requestID);
+  if (found != entries_.end()) found->handled = true;
+}
+
+bool PendingCallers::ResetOldestHandled() {
+  const auto found = std::ranges::find(entries_, true, &Entry::handled);
+  if (found == entries_.end()) return false;
+  entries_.erase(found);
+  return true;
 }
 
 std::optional<Caller> PendingCallers::Take(std::int32_t requestID) {

@@ -27,6 +27,12 @@ class PendingCallers {
   /// oldest of this owner is reset.
   [[nodiscard]] std::int32_t Hold(Owner owner, Caller caller);
 
+  /// The handler of the request is through. No matter if the number is unknown by now.
+  void Handled(std::int32_t requestID);
+
+  /// Resets the oldest caller whose handler is through, whoever owns it; false if there is none.
+  bool ResetOldestHandled();
+
   /// Hands the caller out, a doomed one as well; nothing if the number is unknown.
   [[nodiscard]] std::optional<Caller> Take(std::int32_t requestID);
 
@@ -40,6 +46,7 @@ class PendingCallers {
     std::int32_t requestID;
     Owner owner;
     bool doomed;
+    bool handled;
     Caller caller;
   };
   void ResetExcess(Owner owner);

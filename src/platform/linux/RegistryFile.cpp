@@ -1,5 +1,7 @@
 #include "platform/linux/RegistryFile.h"
 
+#include <sys/stat.h>
+
 #include <QFile>
 #include <QSaveFile>
 
@@ -15,13 +17,29 @@ constexpr qint64 kMaxFileBytes = 64LL * 1024 * 1024;
 
 RegistryFileResult Failure(std::string reason) { return {false, 0, std::move(reason)}; }
 
+bool IsDeviceOrPipe(const std::string& path) {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+/// What is no file cannot be replaced by one.
+RegistryFileResult WriteInto(const std::string& path, const QByteArray& bytes) {
+  QFile file(QString::fromStdString(path));
+  const bool written =
+      file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(bytes) == bytes.size();
+  return written ? RegistryFileResult{} : Failure(file.errorString().toStdString());
+}
+
 RegistryFileResult Save(const std::string& path, const std::string& text) {
+  const QByteArray bytes = QByteArray::fromStdString("\xFF\xFE" + ToUtf16(text));
+  if (IsDeviceOrPipe(path)) return WriteInto(path, bytes);
   QSaveFile file(QString::fromStdString(path));
-  // Where the folder takes no new file, and for devices, the file itself is written.
+  // Where the folder takes no new file, the file itself is written.
   file.setDirectWriteFallback(true);
   if (!file.open(QIODevice::WriteOnly)) return Failure(file.errorString().toStdString());
-  file.write(QByteArray::fromStdString("\xFF\xFE" + ToUtf16(text)));
-  if (!file.commit()) return Failure(file.errorString().toStdString());
+  if (file.write(bytes) != bytes.size() || !file.commit()) {
+    return Failure(file.errorString().toStdString());
+  }
   return {};
 }
 

@@ -23,7 +23,8 @@ struct RegistryFileResult {
 [[nodiscard]] RegistryFileResult ImportRegistryText(std::string_view content, Registry& registry);
 
 /// Writes the key with everything below it as version 5.00, UTF-16 with a byte order mark. The file
-/// is replaced in one step; at a failure an older file stays as it was.
+/// is replaced in one step, a device or a pipe is written into; at a failure an older file stays as
+/// it was.
 [[nodiscard]] RegistryFileResult ExportRegistryKey(const std::string& path,
                                                    const RegistryLocation& key, Registry& registry);
 

@@ -1,9 +1,9 @@
 #include "platform/linux/RegistryNames.h"
 
-#include <QString>
-#include <QStringDecoder>
 #include <algorithm>
 #include <array>
+
+#include "platform/linux/Text.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -21,33 +21,10 @@ constexpr std::array<KnownRoot, 4> kRoots{{
     {RegistryRoot::Users, "HKEY_USERS", "HKU"},
 }};
 
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string LowerAscii(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return LowerAscii(c); });
-  return lower;
-}
-
-bool IsAscii(std::string_view text) {
-  return std::none_of(text.begin(), text.end(),
-                      [](char c) { return (static_cast<unsigned char>(c) & 0x80U) != 0; });
-}
-
 std::string_view TrimBackslashes(std::string_view path) {
   while (path.starts_with('\\')) path.remove_prefix(1);
   while (path.ends_with('\\')) path.remove_suffix(1);
   return path;
-}
-
-std::vector<std::string_view> Split(std::string_view path) {
-  std::vector<std::string_view> names;
-  while (!path.empty()) {
-    const auto end = std::min(path.find('\\'), path.size());
-    if (end > 0) names.push_back(path.substr(0, end));
-    path.remove_prefix(std::min(end + 1, path.size()));
-  }
-  return names;
 }
 
 }  // namespace
@@ -74,19 +51,9 @@ std::string WriteRegistryLocation(const RegistryLocation& location) {
   return text;
 }
 
-std::string FoldName(std::string_view name) {
-  // Nearly every name is ASCII, and names are folded at each connection attempt.
-  if (IsAscii(name)) return LowerAscii(name);
-  QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-  const QString text = decode(QByteArrayView(name.data(), static_cast<qsizetype>(name.size())));
-  // Bytes that are no UTF-8 all decode to one and the same character; unfolded they stay distinct.
-  if (decode.hasError()) return LowerAscii(name);
-  return text.toCaseFolded().toStdString();
-}
-
 std::vector<std::string_view> NamesAlongPath(RegistryRoot root, std::string_view path) {
   if (RootName(root).empty()) return {};
-  std::vector<std::string_view> names = Split(path);
+  std::vector<std::string_view> names = Parts(path, '\\');
   const bool defaultUser =
       root == RegistryRoot::Users && !names.empty() && LowerAscii(names.front()) == ".default";
   if (defaultUser) {

@@ -25,9 +25,6 @@ struct RegistryLocation {
 /// The written form with the root's full name.
 [[nodiscard]] std::string WriteRegistryLocation(const RegistryLocation& location);
 
-/// Two names are the same exactly if they are folded to the same text.
-[[nodiscard]] std::string FoldName(std::string_view name);
-
 /// The names along a path, the root's first; empty ones are passed over. A path below
 /// HKEY_USERS\.DEFAULT gives the names below HKEY_CURRENT_USER. Nothing for RegistryRoot::None.
 [[nodiscard]] std::vector<std::string_view> NamesAlongPath(RegistryRoot root,

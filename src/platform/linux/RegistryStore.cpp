@@ -5,6 +5,7 @@
 #include <array>
 
 #include "platform/linux/RegistryNames.h"
+#include "platform/linux/Text.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -112,8 +113,8 @@ int RegistryStore::Furnish() {
   for (const RegistryRoot root : kStoredRoots) {
     if (result != SQLITE_OK) return result;
     const std::string name(RootName(root));
-    const std::string sql =
-        "INSERT INTO keys(parent, path, name) VALUES(0, '" + FoldName(name) + "', '" + name + "')";
+    const std::string sql = "INSERT INTO keys(parent, path, name) VALUES(0, '" + CaseFolded(name) +
+                            "', '" + name + "')";
     result = connection_.Execute(sql.c_str());
   }
   return result == SQLITE_OK ? transaction.Commit() : result;
@@ -138,11 +139,11 @@ int RegistryStore::PrepareStatements() {
        " SELECT id, ?2, ?3, ?4, ?5 FROM keys WHERE id = ?1"
        " ON CONFLICT(key, folded) DO UPDATE SET type = excluded.type, data = excluded.data"},
       {&RegistryStore::deleteValue_, "DELETE FROM entries WHERE key = ?1 AND folded = ?2"},
-      {&RegistryStore::nextValue_,
-       "SELECT id, name, type, data FROM entries WHERE key = ?1 AND id > ?2"
-       " ORDER BY id LIMIT 1 OFFSET ?3"},
-      {&RegistryStore::nextKey_,
-       "SELECT id, name FROM keys WHERE parent = ?1 AND id > ?2 ORDER BY id LIMIT 1 OFFSET ?3"},
+      // The index serves both: rows that are passed over cost a step in it and are not read.
+      {&RegistryStore::enumValue_,
+       "SELECT name, type, data FROM entries WHERE key = ?1 ORDER BY id LIMIT 1 OFFSET ?2"},
+      {&RegistryStore::enumKey_,
+       "SELECT name FROM keys WHERE parent = ?1 ORDER BY id LIMIT 1 OFFSET ?2"},
   }};
   for (const StatementText& text : texts) {
     const int result = (this->*text.statement).Prepare(connection_.Handle(), text.sql);
@@ -222,35 +223,27 @@ RegistryResult RegistryStore::DeleteValue(std::int64_t key, std::string_view fol
   return connection_.ChangedRows() > 0 ? registry::kSuccess : registry::kNotFound;
 }
 
-RegistryResult RegistryStore::NextValue(std::int64_t key, std::int64_t after, std::uint32_t skip,
-                                        std::int64_t& row, std::string& name,
+RegistryResult RegistryStore::EnumValue(std::int64_t key, std::uint32_t index, std::string& name,
                                         RegistryValue& value) {
-  const Running running(nextValue_);
-  nextValue_.Bind(1, key);
-  nextValue_.Bind(2, after);
-  nextValue_.Bind(3, skip);
-  const int result = nextValue_.Step();
+  const Running running(enumValue_);
+  enumValue_.Bind(1, key);
+  enumValue_.Bind(2, index);
+  const int result = enumValue_.Step();
   if (result == SQLITE_DONE) return EndOfList(key);
   if (result == SQLITE_ROW) {
-    row = nextValue_.Number(0);
-    name = nextValue_.Bytes(1);
-    value = {static_cast<std::uint32_t>(nextValue_.Number(2)), nextValue_.Bytes(3)};
+    name = enumValue_.Bytes(0);
+    value = {static_cast<std::uint32_t>(enumValue_.Number(1)), enumValue_.Bytes(2)};
   }
   return TranslateSqliteResult(result);
 }
 
-RegistryResult RegistryStore::NextKey(std::int64_t key, std::int64_t after, std::uint32_t skip,
-                                      std::int64_t& row, std::string& name) {
-  const Running running(nextKey_);
-  nextKey_.Bind(1, key);
-  nextKey_.Bind(2, after);
-  nextKey_.Bind(3, skip);
-  const int result = nextKey_.Step();
+RegistryResult RegistryStore::EnumKey(std::int64_t key, std::uint32_t index, std::string& name) {
+  const Running running(enumKey_);
+  enumKey_.Bind(1, key);
+  enumKey_.Bind(2, index);
+  const int result = enumKey_.Step();
   if (result == SQLITE_DONE) return EndOfList(key);
-  if (result == SQLITE_ROW) {
-    row = nextKey_.Number(0);
-    name = nextKey_.Bytes(1);
-  }
+  if (result == SQLITE_ROW) name = enumKey_.Bytes(0);
   return TranslateSqliteResult(result);
 }
 

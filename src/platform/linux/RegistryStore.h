@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/Registry.h"
 #include "platform/linux/SqliteConnection.h"
@@ -25,6 +27,10 @@ class RegistryStore {
     RegistryResult result;  ///< what an operation on this store gives while it is not usable
   };
 
+  /// Keys may outlive the registry that opened them, and share its patience.
+  explicit RegistryStore(std::shared_ptr<LockPatience> patience)
+      : connection_(std::move(patience)) {}
+
   /// Opens an existing file and checks all of it; an empty one is furnished with the tables and
   /// the roots. A file that is found damaged is left as it is, its write-ahead log included.
   [[nodiscard]] Opening Open(const std::string& path);
@@ -44,13 +50,10 @@ class RegistryStore {
                                         std::string_view name, const RegistryValue& value);
   [[nodiscard]] RegistryResult DeleteValue(std::int64_t key, std::string_view foldedName);
 
-  /// The first row behind row `after` (0 for none), and `skip` rows further on. kNoMoreItems if
-  /// there is none.
-  [[nodiscard]] RegistryResult NextValue(std::int64_t key, std::int64_t after, std::uint32_t skip,
-                                         std::int64_t& row, std::string& name,
+  /// Row number `index` from 0 in the order of first writing. kNoMoreItems if there is none.
+  [[nodiscard]] RegistryResult EnumValue(std::int64_t key, std::uint32_t index, std::string& name,
                                          RegistryValue& value);
-  [[nodiscard]] RegistryResult NextKey(std::int64_t key, std::int64_t after, std::uint32_t skip,
-                                       std::int64_t& row, std::string& name);
+  [[nodiscard]] RegistryResult EnumKey(std::int64_t key, std::uint32_t index, std::string& name);
 
  private:
   struct StatementText {
@@ -72,8 +75,8 @@ class RegistryStore {
   SqliteStatement queryValue_;
   SqliteStatement setValue_;
   SqliteStatement deleteValue_;
-  SqliteStatement nextValue_;
-  SqliteStatement nextKey_;
+  SqliteStatement enumValue_;
+  SqliteStatement enumKey_;
 };
 
 }  // namespace tallowin::platform::linux_host

@@ -6,14 +6,13 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
-#include <thread>
 #include <utility>
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/Files.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -21,11 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t kOwnerOnlyFile = 0600;
-constexpr mode_t kOwnerOnlyFolder = 0700;
-
-// Opening takes milliseconds; a process that holds the lock for longer has been stopped.
-constexpr std::chrono::seconds kLockPatience{5};
-constexpr std::chrono::milliseconds kLockRetry{5};
 
 // The store itself comes last: killed in between, no log of the old store is left beside a new one,
 // which would take it for its own.
@@ -46,11 +40,6 @@ RegistryResult TranslateError(int number) {
   }
 }
 
-bool Exists(const std::string& path) {
-  struct stat status {};
-  return lstat(path.c_str(), &status) == 0;
-}
-
 /// kSuccess if there is a file; kNotFound if there is none and one could be there.
 RegistryResult Look(const std::string& path) {
   struct stat status {};
@@ -63,13 +52,6 @@ void CloseToOthers(const std::string& path) {
   if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
   const mode_t mode = status.st_mode & kOwnerOnlyFile;
   if ((status.st_mode & 0777U) != mode) (void)chmod(path.c_str(), mode);
-}
-
-void MakeFolders(const fs::path& folder) {
-  if (folder.empty() || Exists(folder)) return;
-  MakeFolders(folder.parent_path());
-  // A failure shows when the file in it is opened.
-  (void)mkdir(folder.c_str(), kOwnerOnlyFolder);
 }
 
 /// A new empty file; one that is there already is not opened, since closing it would take SQLite's
@@ -85,24 +67,24 @@ RegistryResult MakeFile(const std::string& path) {
 /// The lock that is held while a store is being opened, made and set aside.
 class OpeningLock {
  public:
-  explicit OpeningLock(const std::string& storePath)
+  OpeningLock(const std::string& storePath, LockPatience& patience)
       : file_(open((storePath + ".lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, kOwnerOnlyFile)) {
     if (!file_) return;
-    const auto deadline = std::chrono::steady_clock::now() + kLockPatience;
-    while (!(held_ = flock(file_.Get(), LOCK_EX | LOCK_NB) == 0)) {
-      timedOut_ = std::chrono::steady_clock::now() > deadline;
-      if (timedOut_ || (errno != EWOULDBLOCK && errno != EINTR)) return;
-      std::this_thread::sleep_for(kLockRetry);
+    for (int tries = 0; !(held_ = flock(file_.Get(), LOCK_EX | LOCK_NB) == 0); ++tries) {
+      if (errno != EWOULDBLOCK && errno != EINTR) return;
+      taken_ = !patience.Wait(tries);
+      if (taken_) return;
     }
   }
 
   [[nodiscard]] bool Held() const { return held_; }
-  [[nodiscard]] bool TimedOut() const { return timedOut_; }
+  /// True if another process did not let go of it.
+  [[nodiscard]] bool Taken() const { return taken_; }
 
  private:
   FileDescriptor file_;
   bool held_ = false;
-  bool timedOut_ = false;
+  bool taken_ = false;
 };
 
 std::string LocalTimestamp() {
@@ -116,7 +98,7 @@ std::string LocalTimestamp() {
 
 bool AnyPartExists(const std::string& path) {
   for (const char* part : kPartsOfAStore) {
-    if (Exists(path + part)) return true;
+    if (NameExists(path + part)) return true;
   }
   return false;
 }
@@ -129,7 +111,7 @@ std::string FreeNameFor(const std::string& path) {
 }
 
 /// The file that the path leads to, so that a link to a store elsewhere stays a link.
-std::string ResolveLinks(std::string path) {
+std::string ResolveLinks(const std::string& path) {
   std::error_code failed;
   const fs::path resolved = fs::canonical(path, failed);
   return failed ? path : resolved.string();
@@ -137,16 +119,16 @@ std::string ResolveLinks(std::string path) {
 
 }  // namespace
 
-RegistryStoreFile::RegistryStoreFile(std::string path, DamageReport report)
-    : path_(ResolveLinks(std::move(path))), report_(std::move(report)) {}
+RegistryStoreFile::RegistryStoreFile(const std::string& path, DamageReport report)
+    : path_(ResolveLinks(path)), report_(std::move(report)) {}
 
 RegistryResult RegistryStoreFile::Open(bool create, std::shared_ptr<RegistryStore>& store) {
   const RegistryResult found = Look(path_);
   if (found != registry::kSuccess && (found != registry::kNotFound || !create)) return found;
-  if (create) MakeFolders(fs::path(path_).parent_path());
+  if (create) MakePrivateFolders(fs::path(path_).parent_path().string());
 
-  const OpeningLock lock(path_);
-  if (lock.TimedOut()) return registry::kWriteFault;
+  const OpeningLock lock(path_, *patience_);
+  if (lock.Taken()) return registry::kWriteFault;
   if (create) {
     const RegistryResult made = MakeFile(path_);
     if (made != registry::kSuccess) return made;
@@ -158,7 +140,7 @@ RegistryResult RegistryStoreFile::OpenChecked(bool maySetAside,
                                               std::shared_ptr<RegistryStore>& store) {
   CloseToOthers(path_);
   for (const bool mayRetry : {maySetAside, false}) {
-    auto opened = std::make_shared<RegistryStore>();
+    auto opened = std::make_shared<RegistryStore>(patience_);
     RegistryStore::Opening opening{RegistryStore::Condition::Damaged, registry::kWriteFault};
     if (!LogWithoutStore()) opening = opened->Open(path_);
     if (opening.condition == RegistryStore::Condition::Usable) store = std::move(opened);

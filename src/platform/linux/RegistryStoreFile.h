@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Registry.h"
+#include "platform/linux/LockPatience.h"
 #include "platform/linux/RegistryStore.h"
 
 namespace tallowin::platform::linux_host {
@@ -17,7 +18,7 @@ using DamageReport = std::function<void(const std::string& setAsidePath)>;
 /// so that none sets aside the new store of another.
 class RegistryStoreFile {
  public:
-  RegistryStoreFile(std::string path, DamageReport report);
+  RegistryStoreFile(const std::string& path, DamageReport report);
 
   /// Opens the store. A damaged one is renamed together with its log files, and an empty store
   /// takes its place. Where there is no file yet, it is made if `create` is true; kNotFound
@@ -32,6 +33,7 @@ class RegistryStoreFile {
 
   std::string path_;
   DamageReport report_;
+  std::shared_ptr<LockPatience> patience_ = std::make_shared<LockPatience>();
 };
 
 }  // namespace tallowin::platform::linux_host

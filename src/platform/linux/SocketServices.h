@@ -12,6 +12,12 @@ struct SocketServices {
   explicit SocketServices(LinuxEventLoop& eventLoop)
       : loop(eventLoop), parked(eventLoop), lingering(eventLoop, eventLoop.Poller()) {}
 
+  /// Gives up one descriptor for the next caller: that of the oldest caller held, or else that of
+  /// the oldest farewell. Nobody who is being served loses anything.
+  void MakeRoom() {
+    if (!callers.ResetOldestHandled()) lingering.DropOldest();
+  }
+
   LinuxEventLoop& loop;
   PendingCallers callers;
   ParkedListeners parked;

@@ -5,12 +5,12 @@
 namespace tallowin::platform::linux_host {
 namespace {
 
-// Another process holds the file for the time of one small write; whoever waits longer than this
-// waits for a process that hangs.
-constexpr int kBusyMilliseconds = 5000;
-
 // Far above any setting, and far below what a hostile import could fill the memory with.
 constexpr int kMaxBytesOfAValue = 16 * 1024 * 1024;
+
+int OnBusy(void* patience, int earlierCalls) {
+  return static_cast<LockPatience*>(patience)->Wait(earlierCalls) ? 1 : 0;
+}
 
 }  // namespace
 
@@ -64,7 +64,7 @@ int SqliteConnection::Open(const std::string& path) {
   const int result = sqlite3_open_v2(path.c_str(), &connection, flags, nullptr);
   connection_.reset(connection);
   if (result != SQLITE_OK) return result;
-  sqlite3_busy_timeout(connection, kBusyMilliseconds);
+  sqlite3_busy_handler(connection, OnBusy, patience_.get());
   sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, kMaxBytesOfAValue);
   // The file may be damaged or planted: its schema gets no say in what runs.
   sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -96,7 +96,6 @@ bool SqliteConnection::Moved() const {
 }
 
 std::int64_t SqliteConnection::ChangedRows() const { return sqlite3_changes64(Handle()); }
-std::int64_t SqliteConnection::TotalChanges() const { return sqlite3_total_changes64(Handle()); }
 std::int64_t SqliteConnection::LastInsertedRow() const {
   return sqlite3_last_insert_rowid(Handle());
 }

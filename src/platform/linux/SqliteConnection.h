@@ -5,6 +5,9 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "platform/linux/LockPatience.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -41,6 +44,10 @@ class SqliteStatement {
 /// An open database file, for one thread.
 class SqliteConnection {
  public:
+  /// Locks of other processes are waited for as `patience` says.
+  explicit SqliteConnection(std::shared_ptr<LockPatience> patience)
+      : patience_(std::move(patience)) {}
+
   /// Reads and writes, or reads only where the file cannot be written. The file must exist.
   [[nodiscard]] int Open(const std::string& path);
 
@@ -54,7 +61,6 @@ class SqliteConnection {
   /// True if the file was renamed, removed or replaced since it was opened.
   [[nodiscard]] bool Moved() const;
   [[nodiscard]] std::int64_t ChangedRows() const;
-  [[nodiscard]] std::int64_t TotalChanges() const;
   [[nodiscard]] std::int64_t LastInsertedRow() const;
   [[nodiscard]] sqlite3* Handle() const { return connection_.get(); }
 
@@ -62,6 +68,7 @@ class SqliteConnection {
   struct Close {
     void operator()(sqlite3* connection) const;
   };
+  std::shared_ptr<LockPatience> patience_;
   std::unique_ptr<sqlite3, Close> connection_;
 };
 

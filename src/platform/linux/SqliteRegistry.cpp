@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/linux/RegistryNames.h"
+#include "platform/linux/Text.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -12,8 +13,8 @@ namespace {
 using Names = std::vector<std::string_view>;
 
 constexpr std::size_t kMaxNamesOfAPath = 512;
-constexpr std::size_t kMaxBytesOfAKeyName = 4 * 255;
-constexpr std::size_t kMaxBytesOfAValueName = 4 * 16383;
+constexpr std::size_t kMaxBytesOfAKeyName = std::size_t{4} * 255;
+constexpr std::size_t kMaxBytesOfAValueName = std::size_t{4} * 16383;
 
 /// The export format has no way to write a control character in a name.
 bool IsStorable(std::string_view name, std::size_t maxBytes) {
@@ -32,18 +33,10 @@ std::string FoldPath(const Names& path) {
   std::string text;
   for (const std::string_view name : path) {
     if (!text.empty()) text += '\\';
-    text += FoldName(name);
+    text += CaseFolded(name);
   }
   return text;
 }
-
-/// How far an enumeration has come: the next index is one row further and not a walk from the
-/// start. Any change to the store makes it void, since rows may have gone.
-struct Progress {
-  std::uint32_t nextIndex = 0;
-  std::int64_t lastRow = 0;
-  std::int64_t changes = 0;
-};
 
 class SqliteRegistryKey final : public RegistryKey {
  public:
@@ -51,7 +44,7 @@ class SqliteRegistryKey final : public RegistryKey {
       : store_(std::move(store)), key_(key) {}
 
   [[nodiscard]] RegistryResult QueryValue(std::string_view name, RegistryValue& value) override {
-    return store_->QueryValue(key_, FoldName(name), value);
+    return store_->QueryValue(key_, CaseFolded(name), value);
   }
 
   [[nodiscard]] RegistryResult SetValue(std::string_view name,
@@ -59,42 +52,26 @@ class SqliteRegistryKey final : public RegistryKey {
     if (!IsStorable(name, kMaxBytesOfAValueName)) return registry::kInvalidParameter;
     // What is written to a file that was set aside in the meantime would be lost unnoticed.
     if (store_->Replaced()) return registry::kNotFound;
-    return store_->SetValue(key_, FoldName(name), name, value);
+    return store_->SetValue(key_, CaseFolded(name), name, value);
   }
 
   [[nodiscard]] RegistryResult DeleteValue(std::string_view name) override {
     if (store_->Replaced()) return registry::kNotFound;
-    return store_->DeleteValue(key_, FoldName(name));
+    return store_->DeleteValue(key_, CaseFolded(name));
   }
 
   [[nodiscard]] RegistryResult EnumValue(std::uint32_t index, std::string& name,
                                          RegistryValue& value) override {
-    return Next(values_, index, [&](std::int64_t after, std::uint32_t skip, std::int64_t& row) {
-      return store_->NextValue(key_, after, skip, row, name, value);
-    });
+    return store_->EnumValue(key_, index, name, value);
   }
 
   [[nodiscard]] RegistryResult EnumKey(std::uint32_t index, std::string& name) override {
-    return Next(subkeys_, index, [&](std::int64_t after, std::uint32_t skip, std::int64_t& row) {
-      return store_->NextKey(key_, after, skip, row, name);
-    });
+    return store_->EnumKey(key_, index, name);
   }
 
  private:
-  template <typename Step>
-  RegistryResult Next(Progress& progress, std::uint32_t index, Step step) {
-    const std::int64_t changes = store_->Connection().TotalChanges();
-    const bool goesOn = progress.nextIndex == index && progress.changes == changes;
-    std::int64_t row = 0;
-    const RegistryResult result = goesOn ? step(progress.lastRow, 0, row) : step(0, index, row);
-    if (result == registry::kSuccess) progress = {index + 1, row, changes};
-    return result;
-  }
-
   std::shared_ptr<RegistryStore> store_;
   std::int64_t key_;
-  Progress values_;
-  Progress subkeys_;
 };
 
 RegistryResult MakeMissingKeys(RegistryStore& store, const Names& path, std::int64_t& key) {
@@ -105,7 +82,7 @@ RegistryResult MakeMissingKeys(RegistryStore& store, const Names& path, std::int
   std::int64_t parent = 0;
   for (const std::string_view name : path) {
     if (!folded.empty()) folded += '\\';
-    folded += FoldName(name);
+    folded += CaseFolded(name);
     RegistryResult result = store.FindKey(folded, key);
     if (result == registry::kNotFound) result = store.InsertKey(parent, folded, name, key);
     if (result != registry::kSuccess) return result;
@@ -117,8 +94,8 @@ RegistryResult MakeMissingKeys(RegistryStore& store, const Names& path, std::int
 
 }  // namespace
 
-SqliteRegistry::SqliteRegistry(std::string path, DamageReport report)
-    : file_(std::move(path), std::move(report)) {
+SqliteRegistry::SqliteRegistry(const std::string& path, DamageReport report)
+    : file_(path, std::move(report)) {
   // Damage is looked for now and not at the first use. Why the store cannot be opened is told by
   // each operation, which tries again.
   static_cast<void>(Connect(false));

@@ -12,11 +12,12 @@ namespace tallowin::platform::linux_host {
 /// For one thread; any number of processes may work on the same file. Where there is no file, every
 /// key is missing, and the first CreateKey makes it. A key's name may have 255 characters and a
 /// path 512 names; control characters in names are refused with kInvalidParameter, as is a value of
-/// more than a few megabytes with kWriteFault.
+/// more than a few megabytes with kWriteFault. A file that another process keeps locked holds the
+/// caller up for half a second and then gives kWriteFault; for a second from there on at once.
 class SqliteRegistry final : public Registry {
  public:
   /// `report` is called at once, or by a later operation, when a damaged file was set aside.
-  explicit SqliteRegistry(std::string path, DamageReport report = {});
+  explicit SqliteRegistry(const std::string& path, DamageReport report = {});
 
   [[nodiscard]] RegistryResult OpenKey(RegistryRoot root, std::string_view path,
                                        std::unique_ptr<RegistryKey>& key) override;

@@ -33,7 +33,4 @@ class WindowsDrive {
   bool ours_;
 };
 
-/// Equal for names that differ in case only. Bytes that are no UTF-8 are compared as they are.
-[[nodiscard]] std::string CaseFolded(std::string_view name);
-
 }  // namespace tallowin::platform::linux_host

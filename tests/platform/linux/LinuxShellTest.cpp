@@ -24,6 +24,10 @@ class LinuxShellTest : public testing::Test {
   std::string Opened(const std::string& file) {
     std::filesystem::remove(noted_);
     EXPECT_GT(shell_.Execute("Open", file, 1), 32) << file;
+    return Noted();
+  }
+
+  std::string Noted() const {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!std::filesystem::exists(noted_) && std::chrono::steady_clock::now() < limit) {
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
@@ -46,7 +50,7 @@ class LinuxShellTest : public testing::Test {
   std::string opener_ = home_.Path() + "/opener";
   std::string reg_ = home_.Path() + "/my presets.reg";
   SqliteRegistry registry_{home_.Path() + "/registry.sqlite"};
-  LinuxShell shell_{registry_, opener_};
+  LinuxShell shell_{registry_, 0025, opener_};
 };
 
 void WritePresets(const std::string& path, const std::string& value) {
@@ -64,6 +68,34 @@ TEST_F(LinuxShellTest, HandsOverOneArgument) {
   EXPECT_EQ(Imported(), "") << "a document is not imported";
 }
 
+TEST_F(LinuxShellTest, OpensWithTheUsersFileModeMask) {
+  test::WriteFile(opener_, "#!/bin/sh\numask > '" + noted_ + ".part'\nmv '" + noted_ + ".part' '" +
+                               noted_ + "'\n");
+  EXPECT_EQ(Opened(home_.Path()), "0025\n");
+}
+
+TEST_F(LinuxShellTest, WaitsForTheProgramOfACommandLineUpToALimit) {
+  using namespace std::chrono_literals;
+  const std::string program = home_.Path() + "/my program";
+  test::WriteFile(program,
+                  "#!/bin/sh\nsleep 0.2\n(umask; printf '%s,' \"$@\") > '" + noted_ + "'\n");
+  (void)chmod(program.c_str(), 0700);
+  EXPECT_TRUE(shell_.RunAndWait('"' + program + "\" \"a b\" $HOME;x", 20s));
+  EXPECT_EQ(test::FileText(noted_), "0025\na b,$HOME;x,") << "it has ended when the call returns";
+
+  const std::string go = home_.Path() + "/go";
+  test::WriteFile(program, "#!/bin/sh\nwhile [ ! -e '" + go +
+                               "' ]; do sleep 0.01; done\necho on > '" + noted_ + ".part'\nmv '" +
+                               noted_ + ".part' '" + noted_ + "'\n");
+  std::filesystem::remove(noted_);
+  EXPECT_TRUE(shell_.RunAndWait('"' + program + '"', 50ms));
+  test::WriteFile(go, "");
+  EXPECT_EQ(Noted(), "on\n") << "it runs on behind the limit";
+
+  EXPECT_FALSE(shell_.RunAndWait("", 1s));
+  EXPECT_FALSE(shell_.RunAndWait(home_.Path() + "/none", 1s));
+}
+
 TEST_F(LinuxShellTest, RefusesAndRunsNothing) {
   const std::string starter = home_.Path() + "/x.Desktop";
   test::WriteFile(starter, "[Desktop Entry]\n");
@@ -77,7 +109,7 @@ TEST_F(LinuxShellTest, RefusesAndRunsNothing) {
     EXPECT_LE(shell_.Execute("Open", file, 1), 32) << file;
   }
   EXPECT_EQ(shell_.Execute("Print", reg_, 1), 31);
-  EXPECT_EQ(LinuxShell(registry_, home_.Path() + "/none").Execute("Open", home_.Path(), 1), 31);
+  EXPECT_EQ(LinuxShell(registry_, 0, home_.Path() + "/none").Execute("Open", home_.Path(), 1), 31);
 }
 
 TEST_F(LinuxShellTest, RegistryEditorImportsInPlace) {

@@ -1,47 +1,11 @@
-#include "platform/linux/LinuxWinsock.h"
+#include "LinuxWinsockTest.h"
 
-#include <poll.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <deque>
 #include <vector>
-
-#include "LoopTest.h"
-#include "TestClient.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
-
-class LinuxWinsockTest : public LoopTest {
- protected:
-  void Listen(std::function<void(std::int32_t)> onCaller) {
-    listener->SetEvents({.ConnectionRequest = std::move(onCaller)});
-    listener->Listen();
-    port = listener->LocalPort();
-    listener->SetLocalPort(port);
-  }
-
-  bool AllOver(std::deque<TestClient>& clients) {
-    return Until([&] { return std::ranges::all_of(clients, &TestClient::Over); });
-  }
-
-  template <typename Call>
-  static int ErrorOf(Call call) {
-    try {
-      call();
-    } catch (const RunTimeError& error) {
-      return error.Number();
-    }
-    return 0;
-  }
-
-  LinuxSocketFactory factory{loop};
-  std::unique_ptr<Winsock> listener = factory.MakeWinsock();
-  std::unique_ptr<Winsock> socket = factory.MakeWinsock();
-  int port = 0;
-};
 
 TEST_F(LinuxWinsockTest, RapidRefusalsResetEveryCallerAndLoseNone) {
   int requests = 0;
@@ -186,7 +150,7 @@ TEST_F(LinuxWinsockTest, AClosedPortIsRefusedSoon) {
     return TestClient(port).End() == ECONNREFUSED;
   }));
   listener->Listen();
-  EXPECT_EQ(TestClient(port).End(), -1);
+  EXPECT_EQ(TestClient(port).End(), TestClient::kOpen);
   listener.reset();
   EXPECT_EQ(TestClient(port).End(), ECONNREFUSED);
 }
@@ -248,31 +212,11 @@ TEST_F(LinuxWinsockTest, NestingIsBoundedAndEveryWaitingCallerIsServed) {
   for (const TestClient& client : clients) EXPECT_EQ(client.Received(), "served");
 }
 
-TEST_F(LinuxWinsockTest, WithoutFreeDescriptorsCallersWaitAndTheLoopRests) {
-  int requests = 0;
-  Listen([&](std::int32_t) { ++requests; });
-  std::deque<TestClient> clients;
-  for (int i = 0; i < 20; ++i) clients.emplace_back(port);
-
-  rlimit former{};
-  getrlimit(RLIMIT_NOFILE, &former);
-  rlimit none = former;
-  const int lowestFree = dup(0);
-  close(lowestFree);
-  none.rlim_cur = static_cast<rlim_t>(lowestFree);
-  setrlimit(RLIMIT_NOFILE, &none);
-  pollfd poller{loop.Poller().Descriptor(), POLLIN, 0};
-  loop.DoEvents();
-  setrlimit(RLIMIT_NOFILE, &former);
-  EXPECT_EQ(poll(&poller, 1, 0), 0) << "Nothing is ready while the listener pauses.";
-  EXPECT_EQ(requests, 0);
-  EXPECT_TRUE(Until([&] { return requests == 20; }));
-}
-
 TEST_F(LinuxWinsockTest, ConnectTellsItsOutcome) {
   std::string told;
   socket->SetEvents(
       {.Connect = [&] { told = "connected"; },
+       .Close = [&] { told += " closed"; },
        .Error = [&](int number,
                     const std::string& text) { told = std::to_string(number) + " " + text; }});
   const auto outcome = [&](const std::string& host, int remotePort) {
@@ -307,10 +251,14 @@ TEST_F(LinuxWinsockTest, ConnectTellsItsOutcome) {
 TEST_F(LinuxWinsockTest, DataIsToldBeforeTheEndThatFollowsIt) {
   Listen([&](std::int32_t requestID) { socket->Accept(requestID); });
   std::string told;
-  const auto events = SocketEvents{
-      .DataArrival = [&](std::int32_t) { told += socket->GetData() + " "; },
-      .Close = [&] { told += "closed"; },
-      .Error = [&](int number, const std::string&) { told += std::to_string(number); }};
+  const auto events =
+      SocketEvents{.DataArrival = [&](std::int32_t) { told += socket->GetData() + " "; },
+                   .Close = [&] { told += "closed"; },
+                   .Error =
+                       [&](int number, const std::string&) {
+                         told += std::to_string(number) + " ";
+                         EXPECT_EQ(socket->State(), SocketState::Error);
+                       }};
   socket->SetEvents(events);
   TestClient polite(port);
   polite.Send("bye");
@@ -323,8 +271,45 @@ TEST_F(LinuxWinsockTest, DataIsToldBeforeTheEndThatFollowsIt) {
   TestClient rude(port);
   rude.Send("bye");
   rude.Reset();
-  ASSERT_TRUE(Until([&] { return socket->State() == SocketState::Error; }));
-  EXPECT_EQ(told, "bye 10054");
+  ASSERT_TRUE(Until([&] { return socket->State() == SocketState::Closing; }));
+  EXPECT_EQ(told, "bye 10054 closed");
+  EXPECT_EQ(ErrorOf([&] { socket->SendData("x"); }), 10057) << "Nobody is there any more.";
+}
+
+TEST_F(LinuxWinsockTest, AHandlerOfErrorThatClosesItsSocketGetsNoClose) {
+  std::vector<std::int32_t> requests;
+  Listen([&](std::int32_t requestID) { requests.push_back(requestID); });
+  TestClient first(port);
+  TestClient second(port);
+  ASSERT_TRUE(Until([&] { return requests.size() == 2; }));
+  int errors = 0;
+  socket->SetEvents({.Close = [&] { ADD_FAILURE(); },
+                     .Error =
+                         [&](int, const std::string&) {
+                           socket->Close();
+                           if (++errors == 1) socket->Accept(requests[1]);
+                           if (errors == 2) socket.reset();
+                         }});
+  socket->Accept(requests[0]);
+  first.Reset();
+  ASSERT_TRUE(Until([&] { return errors == 1; }));
+  EXPECT_EQ(socket->State(), SocketState::Connected);
+  second.Reset();
+  EXPECT_TRUE(Until([&] { return !socket; }));
+}
+
+TEST_F(LinuxWinsockTest, APeerThatEndsItsOwnSideStillGetsItsReply) {
+  const std::string reply(5'000'000, 'r');  // Much of it waits until the peer reads.
+  Listen([&](std::int32_t requestID) { socket->Accept(requestID); });
+  TestClient client(port);
+  client.EndSending();
+  ASSERT_TRUE(Until([&] { return socket->State() == SocketState::Closing; }));
+  socket->SendData(reply);
+  EXPECT_TRUE(Until([&] { return client.Over() || client.Received().size() == reply.size(); }));
+  socket->Close();
+  ASSERT_TRUE(Until([&] { return client.Over(); }));
+  EXPECT_EQ(client.Received().size(), reply.size());
+  EXPECT_EQ(client.End(), 0);
 }
 
 TEST_F(LinuxWinsockTest, WhatNobodyFetchesIsBoundedAndHidesNoEnd) {

@@ -16,6 +16,8 @@ namespace tallowin::platform::linux_host {
 
 class TestClient {
  public:
+  static constexpr int kOpen = -1;
+
   explicit TestClient(int port, const char* from = "127.0.0.1")
       : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     const sockaddr_in source = Address(from, 0);
@@ -49,9 +51,10 @@ class TestClient {
   }
 
   [[nodiscard]] const std::string& Received() const { return received_; }
-  /// 0 after a polite end, otherwise the error.
+  /// kOpen, 0 after a polite end, otherwise the error.
   [[nodiscard]] int End() const { return end_; }
 
+  void EndSending() { shutdown(socket_.Get(), SHUT_WR); }
   void Close() { socket_ = FileDescriptor(); }
   void Reset() {
     const linger now{1, 0};
@@ -60,8 +63,6 @@ class TestClient {
   }
 
  private:
-  static constexpr int kOpen = -1;
-
   static sockaddr_in Address(const char* dotted, int port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;

@@ -1,0 +1,20 @@
+// Names and paths as text: how letters compare and where a path is cut.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallowin::platform::linux_host {
+
+/// The letters A to Z in lower case; all other bytes as they are.
+[[nodiscard]] char LowerAscii(char c);
+[[nodiscard]] std::string LowerAscii(std::string_view text);
+
+/// Equal for names that differ in case only. Bytes that are no UTF-8 stay apart from each other.
+[[nodiscard]] std::string CaseFolded(std::string_view name);
+
+/// What stands between the separators; empty parts are left out. Points into `text`.
+[[nodiscard]] std::vector<std::string_view> Parts(std::string_view text, char separator);
+
+}  // namespace tallowin::platform::linux_host
