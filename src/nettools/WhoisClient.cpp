@@ -20,19 +20,19 @@ WhoisClient::WhoisClient(platform::SocketFactory& sockets, core::MainForm& mainF
       icmp_(icmp),
       emaillist_(emaillist),
       port_(port),
-      winsock4_(
+      Winsock4_(
           sockets, [this](int index) { return EventsOf(index); },
           static_cast<int>(module.WhoisServers.size()) - 1) {}
 
 platform::SocketEvents WhoisClient::EventsOf(int index) {
   return {
       .ConnectionRequest = {},
-      .DataArrival = [this, index](std::int32_t) { winsock4_DataArrival(index); },
-      .Connect = [this, index] { winsock4_Connect(index); },
-      .Close = [this, index] { winsock4_Close(index); },
+      .DataArrival = [this, index](std::int32_t) { Winsock4_DataArrival(index); },
+      .Connect = [this, index] { Winsock4_Connect(index); },
+      .Close = [this, index] { Winsock4_Close(index); },
       .Error = [this, index](
                    int number,
-                   const std::string& description) { winsock4_Error(index, number, description); },
+                   const std::string& description) { Winsock4_Error(index, number, description); },
   };
 }
 
@@ -42,37 +42,37 @@ void WhoisClient::Start() {
   log_.LogStatus("\r\nWhois Results For " + Target() + " Started\r\n", true);
   WhoisLastIndex_ = static_cast<std::int16_t>(module_.WhoisServers.size() - 1);
   LoadSockets();
-  winsock4_(1).Connect();
+  Winsock4_(1).Connect();
 }
 
 void WhoisClient::LoadSockets() {
   // The last one first: it is there for the whole time of a run. So a start in the middle of a run
   // fails before it has loaded any socket that the run would never unload.
   for (int index = WhoisLastIndex_; index >= 1; --index) {
-    winsock4_.Load(index);
-    winsock4_(index).SetRemotePort(port_);
-    winsock4_(index).SetRemoteHost(module_.WhoisServers.at(static_cast<std::size_t>(index)));
+    Winsock4_.Load(index);
+    Winsock4_(index).SetRemotePort(port_);
+    Winsock4_(index).SetRemoteHost(module_.WhoisServers.at(static_cast<std::size_t>(index)));
   }
 }
 
 // Servers decide when these run and how they fail, so a statement that fails must never end the
 // program.
 
-void WhoisClient::winsock4_Connect(int index) {
+void WhoisClient::Winsock4_Connect(int index) {
   core::ResumeOnError statement;
-  statement([&] { winsock4_(index).SendData(Target() + "\r\n"); });
+  statement([&] { Winsock4_(index).SendData(Target() + "\r\n"); });
 }
 
-void WhoisClient::winsock4_DataArrival(int index) {
+void WhoisClient::Winsock4_DataArrival(int index) {
   core::ResumeOnError statement;
   std::string text;
-  statement([&] { text = ReadableAnswer(winsock4_(index).GetData()); });
+  statement([&] { text = ReadableAnswer(Winsock4_(index).GetData()); });
   statement([&] { log_.LogStatus("Whois results...:\r\n" + text, true); });
 }
 
-void WhoisClient::winsock4_Close(int index) { MoveOn(index, true); }
+void WhoisClient::Winsock4_Close(int index) { MoveOn(index, true); }
 
-void WhoisClient::winsock4_Error(int index, int number, const std::string& description) {
+void WhoisClient::Winsock4_Error(int index, int number, const std::string& description) {
   core::ResumeOnError statement;
   statement([&] {
     log_.LogStatus(number == kHostNotFound ? "Error - You are not connected to the internet"
@@ -85,13 +85,13 @@ void WhoisClient::winsock4_Error(int index, int number, const std::string& descr
 
 void WhoisClient::MoveOn(int index, bool served) {
   core::ResumeOnError statement;
-  statement([&] { winsock4_(index).Close(); });
+  statement([&] { Winsock4_(index).Close(); });
   if (index + 1 > WhoisLastIndex_) {
     Finish(served);
   } else {
-    statement([&] { winsock4_(index + 1).Connect(); });
+    statement([&] { Winsock4_(index + 1).Connect(); });
   }
-  statement([&] { winsock4_.Unload(index); });
+  statement([&] { Winsock4_.Unload(index); });
 }
 
 void WhoisClient::Finish(bool served) {

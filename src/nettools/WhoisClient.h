@@ -35,10 +35,10 @@ class WhoisClient {
  private:
   [[nodiscard]] platform::SocketEvents EventsOf(int index);
   void LoadSockets();
-  void winsock4_Connect(int index);
-  void winsock4_DataArrival(int index);
-  void winsock4_Close(int index);
-  void winsock4_Error(int index, int number, const std::string& description);
+  void Winsock4_Connect(int index);
+  void Winsock4_DataArrival(int index);
+  void Winsock4_Close(int index);
+  void Winsock4_Error(int index, int number, const std::string& description);
   /// Ends with this server, and asks the next one if there is one.
   void MoveOn(int index, bool served);
   /// `served` tells what became of the last server.
@@ -52,7 +52,7 @@ class WhoisClient {
   forms::ItemList& emaillist_;
   int port_;
   std::int16_t WhoisLastIndex_ = 0;
-  core::SocketArray winsock4_;
+  core::SocketArray Winsock4_;
 };
 
 }  // namespace tallowin::nettools
