@@ -30,9 +30,14 @@ def listening_ports(pid):
             continue
         if target.startswith("socket:["):
             inodes.add(target[8:-1])
+    count = 0
     with open("/proc/net/tcp", encoding="ascii") as table:
-        rows = [line.split() for line in table.readlines()[1:]]
-    return sum(1 for row in rows if row[3] == LISTENING and row[9] in inodes)
+        next(table)
+        for row in map(str.split, table):
+            if row[3] != LISTENING:  # those come first, and the rest may be very long
+                break
+            count += row[9] in inodes
+    return count
 
 
 def start(home, program):
