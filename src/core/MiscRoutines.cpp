@@ -63,20 +63,23 @@ std::string ReplaceChar(std::string_view text, std::string_view find, std::strin
 }
 
 std::int16_t RemoveDuplicates(forms::ItemList& list) {
+  // Removed in one step at the end: strangers can make a list long, and to close up each gap by
+  // itself would take a time that grows with its square.
+  std::vector<bool> keep(list.ListCount(), true);
   std::int16_t comparisons = 0;
-  for (std::size_t earlier = 0; earlier < list.ListCount(); ++earlier) {
-    for (std::size_t later = earlier + 1; later < list.ListCount();) {
+  for (std::size_t earlier = 0; earlier < keep.size(); ++earlier) {
+    if (!keep[earlier]) continue;
+    for (std::size_t later = earlier + 1; later < keep.size(); ++later) {
+      if (!keep[later]) continue;
       if (comparisons == std::numeric_limits<std::int16_t>::max()) {
+        list.Keep(keep);
         throw platform::RunTimeError(platform::error::kOverflow, "Overflow");
       }
       ++comparisons;
-      if (list.List(later) == list.List(earlier)) {
-        list.RemoveItem(later);
-      } else {
-        ++later;
-      }
+      keep[later] = list.List(later) != list.List(earlier);
     }
   }
+  list.Keep(keep);
   return comparisons;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <algorithm>
+
 #include "platform/RunTimeError.h"
 
 namespace tallowin::forms {
@@ -25,7 +27,8 @@ TextBox::TextBox(Place place, std::string name, Traits traits)
       text_(std::move(traits.text)),
       multiLine_(traits.multiLine),
       locked_(traits.locked),
-      maxLength_(traits.maxLength) {}
+      maxLength_(traits.maxLength),
+      capacity_(traits.capacity) {}
 
 void TextBox::SetText(std::string text) {
   if (Assign(text_, std::move(text), Property::Text)) Run(OnChange);
@@ -33,6 +36,12 @@ void TextBox::SetText(std::string text) {
 
 void TextBox::AppendText(std::string_view addition) {
   if (addition.empty()) return;
+  if (addition.size() > capacity_ - std::min(capacity_, text_.size())) {
+    std::string kept = text_.substr(text_.size() - std::min(text_.size(), capacity_ / 2));
+    kept += addition;
+    SetText(kept.substr(kept.size() - std::min(kept.size(), capacity_)));
+    return;
+  }
   text_ += addition;
   Notify({Property::AppendedText, addition});
   Run(OnChange);
@@ -61,6 +70,13 @@ void ItemList::RemoveItem(std::size_t index) {
   (void)List(index);  // throws for an index outside the list
   items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
   Notify({Property::Items});
+}
+
+void ItemList::Keep(const std::vector<bool>& keep) {
+  std::size_t index = 0;
+  const auto removed =
+      std::erase_if(items_, [&](const auto& /*item*/) { return !keep.at(index++); });
+  if (removed > 0) Notify({Property::Items});
 }
 
 void ItemList::Clear() { Assign(items_, {}, Property::Items); }

@@ -43,6 +43,8 @@ class TextBox : public Control {
     bool multiLine = false;
     bool locked = false;  ///< the user can read and copy, not type
     std::size_t maxLength = std::numeric_limits<std::size_t>::max();  ///< for what the user types
+    /// What strangers may fill: an addition beyond it pushes out the oldest half.
+    std::size_t capacity = std::numeric_limits<std::size_t>::max();
   };
   TextBox(Place place, std::string name, Traits traits);
   [[nodiscard]] std::string_view Kind() const override { return "TextBox"; }
@@ -51,7 +53,9 @@ class TextBox : public Control {
   /// Bytes; what a caller sent stands in it as it came.
   [[nodiscard]] const std::string& Text() const { return text_; }
   void SetText(std::string text);
-  /// The text becomes the old text and `addition`, at the cost of the addition.
+  /// The text becomes the old text and `addition`, at the cost of the addition. Where that exceeds
+  /// the capacity, the text becomes its newest half with the addition behind it, cut to the
+  /// capacity.
   void AppendText(std::string_view addition);
 
   [[nodiscard]] bool MultiLine() const { return multiLine_; }
@@ -69,6 +73,7 @@ class TextBox : public Control {
   bool multiLine_;
   bool locked_;
   std::size_t maxLength_;
+  std::size_t capacity_;
   std::size_t selStart_ = 0;
 };
 
@@ -102,6 +107,8 @@ class ItemList : public Control {
   [[nodiscard]] const std::string& List(std::size_t index) const;
   void AddItem(std::string item);
   void RemoveItem(std::size_t index);
+  /// Removes the items whose place in `keep` holds false, all in one step.
+  void Keep(const std::vector<bool>& keep);
   void Clear();
 
  protected:

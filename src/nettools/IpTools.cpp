@@ -18,8 +18,9 @@ void IpTools::Toolbar1_ButtonClick(const forms::ToolBarButton& button) {
     loop_.DoEvents();
     const bool hasTarget = !Target().empty() && Target() != core::MainForm::kNoAddress;
     if (hasTarget) Run(button.Key);
-  } catch (const platform::RunTimeError& error) {
-    log_.LogStatus("Error " + std::to_string(error.Number()) + " occured", false);
+  } catch (const std::exception& failure) {
+    const int number = platform::AsRunTimeError(failure).Number();
+    log_.LogStatus("Error " + std::to_string(number) + " occured", false);
   }
   // Also where this one runs in the middle of another, which is still at work then.
   mainForm_.Toolbar1.SetEnabled(true);

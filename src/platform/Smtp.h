@@ -34,8 +34,9 @@ class Smtp {
   /// delivered meanwhile. 0 if the server has taken the mail for every recipient, otherwise a code
   /// of this host's own. A server, an address or a subject that contains a line end or another
   /// control character is a failure, found before anything is sent. A connection is encrypted where
-  /// the server offers it, and one whose certificate is not good is a failure: nothing is ever sent
-  /// in the clear instead.
+  /// the server offers it, and one whose certificate is not good is a failure. A server that offers
+  /// no encryption gets the mail, and the password, in the clear, unless its address is an smtps://
+  /// one.
   virtual std::int16_t SmtpSendMail(const SmtpMail& mail) = 0;
 
   virtual void SmtpRelease() = 0;

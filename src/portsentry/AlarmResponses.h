@@ -15,8 +15,8 @@ class AlarmResponses {
  public:
   /// What other subsystems do for an alarm.
   struct Actions {
-    /// Presses button N of the tool bar, counted from 1. The tools work on the newest caller's
-    /// address.
+    /// Presses button N of the tool bar, counted from 1. The tools work on the text of
+    /// LoggedIPs.
     std::function<void(int button)> PressToolbar1;
     std::function<void()> HangUpConnection;
   };

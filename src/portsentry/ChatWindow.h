@@ -13,7 +13,8 @@ class ChatWindow : public forms::Form {
   ChatWindow() : Form("ChatWindow") { SetCaption("Chat With Hacker"); }
 
   forms::Frame Frame1{*this, "Frame1", "Chat"};
-  forms::TextBox ChatBox{Frame1, "ChatBox", {.multiLine = true, .locked = true}};
+  forms::TextBox ChatBox{
+      Frame1, "ChatBox", {.multiLine = true, .locked = true, .capacity = 4'000'000}};
   forms::TextBox SendBox{Frame1, "SendBox", {}};
   forms::Button SendButton{Frame1, "SendButton", "Send"};
   forms::Button EndButton{*this, "EndButton", "End Chat"};

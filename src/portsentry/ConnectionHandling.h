@@ -16,8 +16,8 @@
 namespace tallowin::portsentry {
 
 /// The handlers of the sockets of both rows; the index is the slot. Each status line and each
-/// DoEvents lets further callers in, nested inside the handler that is under way; nothing prevents
-/// that, and nothing limits how often anybody may call.
+/// DoEvents lets further callers in, nested inside the handler that is under way, as deep as the
+/// event loop lets passes nest; nothing limits how often anybody may call.
 class ConnectionHandling {
  public:
   ConnectionHandling(PortSockets& sockets, core::SettingsStore& settings, core::MainForm& mainForm,

@@ -44,7 +44,7 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
 }
 
 portsentry::PortSockets Tallowin::MakePortSockets() {
-  // The handlers are reached through `this`, as sockets come into being only after start-up.
+  // The handlers are reached through `this`, as sockets come into being only later.
   auto listening = [this](int index) {
     return platform::SocketEvents{
         .ConnectionRequest =

@@ -74,6 +74,15 @@ TEST(MiscRoutines, RemoveDuplicatesCountsInSixteenBits) {
     EXPECT_EQ(error.Number(), 6);
     EXPECT_EQ(error.Description(), "Overflow");
   }
+
+  // What strangers can put there by the hundred thousand is removed in one step.
+  list.Clear();
+  for (int i = 0; i < 300000; ++i) list.AddItem("a@b.c");
+  int told = 0;
+  const auto observation = list.Observe([&](const forms::Change&) { ++told; });
+  EXPECT_THROW(RemoveDuplicates(list), platform::RunTimeError);
+  EXPECT_EQ(list.ListCount(), 300000U - 32767U);
+  EXPECT_EQ(told, 2);
 }
 
 TEST(MiscRoutines, Base64KnownAnswers) {

@@ -81,6 +81,18 @@ TEST(Control, TextGrowsByTheAdditionAlone) {
   EXPECT_EQ(changes, 2);
 }
 
+TEST(Control, ABoundedTextKeepsItsNewestPart) {
+  Form form("Form");
+  TextBox text(form, "text", {.capacity = 10});
+  text.AppendText("0123456789");
+  text.AppendText("ab");
+  EXPECT_EQ(text.Text(), "56789ab");
+  text.AppendText("cde");
+  EXPECT_EQ(text.Text(), "56789abcde");
+  text.AppendText("a text that is longer than all");
+  EXPECT_EQ(text.Text(), "r than all");
+}
+
 TEST(Control, ListsAndFormStates) {
   SmallForm form;
   form.list.AddItem("a");

@@ -98,6 +98,10 @@ EchoSocket::EchoSocket() : identifier_(Random()), sequence_(Random()) {}
 int EchoSocket::OpenAny() {
   socket_ = FileDescriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, IPPROTO_ICMP));
   if (socket_) return 0;
+  // Only a system that does not allow this kind of socket to this user is asked for the other.
+  if (errno != EACCES && errno != EPERM && errno != EPROTONOSUPPORT && errno != EAFNOSUPPORT) {
+    return errno;
+  }
   socket_ = FileDescriptor(socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_ICMP));
   if (!socket_) return errno;
   raw_ = true;

@@ -35,6 +35,9 @@ class LinuxEventLoop final : public EventLoop {
   std::unique_ptr<Timer> MakeTimer(std::chrono::milliseconds interval,
                                    std::function<void()> tick) override;
 
+  /// How many passes of DoEvents the running handler stands in.
+  [[nodiscard]] int Nesting() const { return nesting_; }
+
   /// Where sockets and pipes of this host are watched. Handlers run outside of Deliver.
   [[nodiscard]] EventPoller& Poller() { return poller_; }
 

@@ -25,6 +25,8 @@ std::uint32_t LinuxIcmp::IcmpSendEcho(Handle, std::int32_t destination, std::str
   if (replySize < kReplyRecord + data.size() + kErrorMessage) {
     return Refuse(reply, icmp::kBufferTooSmall);
   }
+  // The system takes "no address" for this machine itself.
+  if (destination == 0) return Refuse(reply, icmp::kBadDestination);
   EchoSocket socket;
   if (const int error = socket.Open(ttl)) return Refuse(reply, StatusOfOpenError(error));
   const auto sent = Clock::now();

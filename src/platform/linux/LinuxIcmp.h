@@ -9,14 +9,11 @@ namespace tallowin::platform::linux_host {
 /// and a handle that stays open holds nothing.
 class LinuxIcmp : public Icmp {
  public:
-  Handle IcmpCreateFile() override { return ++lastHandle_; }
+  Handle IcmpCreateFile() override { return 1; }
   std::uint32_t IcmpSendEcho(Handle handle, std::int32_t destination, std::string_view data,
                              int ttl, IcmpEchoReply& reply, std::size_t replySize,
                              std::chrono::milliseconds timeout) override;
   bool IcmpCloseHandle(Handle) override { return true; }
-
- private:
-  Handle lastHandle_ = 0;
 };
 
 }  // namespace tallowin::platform::linux_host

@@ -33,7 +33,7 @@ bool EndsLine(QChar character) {
 }  // namespace
 
 bool IsPlainLine(std::string_view text) {
-  QStringDecoder decoder(QStringDecoder::Utf8);
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QString decoded = decoder(QByteArrayView(text.data(), qsizetype(text.size())));
   return !decoder.hasError() && std::none_of(decoded.begin(), decoded.end(), EndsLine);
 }

@@ -13,12 +13,12 @@ constexpr auto kLookInterval = 50ms;
 
 }  // namespace
 
-ParkedListeners::ParkedListeners(EventLoop& loop)
-    : timer_(loop.MakeTimer(kLookInterval, [this] { DropOverdue(); })) {}
+ParkedListeners::ParkedListeners(LinuxEventLoop& loop)
+    : loop_(loop), timer_(loop.MakeTimer(kLookInterval, [this] { DropOverdue(); })) {}
 
 void ParkedListeners::Park(Owner owner, int portAskedFor, int portInUse, FileDescriptor socket) {
-  entries_.push_back(
-      {owner, portAskedFor, portInUse, std::move(socket), Clock::now() + kParkingTime});
+  entries_.push_back({owner, portAskedFor, portInUse, std::move(socket),
+                      Clock::now() + kParkingTime, loop_.Nesting()});
   timer_->SetEnabled(true);
 }
 
@@ -37,7 +37,9 @@ void ParkedListeners::Drop(Owner owner) {
 }
 
 void ParkedListeners::DropOverdue() {
-  entries_.remove_if([now = Clock::now()](const Entry& entry) { return entry.until <= now; });
+  entries_.remove_if([now = Clock::now(), nesting = loop_.Nesting()](const Entry& entry) {
+    return entry.until <= now && nesting <= entry.nesting;
+  });
   // Stopped here and not at each TakeBack, so that a flood of refusals does not pay for it.
   if (entries_.empty()) timer_->SetEnabled(false);
 }

@@ -43,6 +43,27 @@ TEST_F(LinuxWinsockTest, TextArrivesWholeAndThenAPoliteEndWhateverTheCallerSends
   EXPECT_EQ(client.End(), 0);
 }
 
+TEST_F(LinuxWinsockTest, ARefusalThatTakesLongLosesNobody) {
+  using namespace std::chrono_literals;
+  std::unique_ptr<TestClient> second;
+  int callers = 0;
+  Listen([&](std::int32_t) {
+    ++callers;
+    listener->Close();
+    if (callers == 1) {
+      // What runs nested between the close and the next listening takes its time, and meanwhile
+      // somebody calls.
+      const auto start = std::chrono::steady_clock::now();
+      second = std::make_unique<TestClient>(port);
+      while (std::chrono::steady_clock::now() - start < 400ms) loop.DoEvents();
+    }
+    listener->Listen();
+  });
+  TestClient first(port);
+  ASSERT_TRUE(Until([&] { return callers == 2 && first.Over() && second->Over(); }));
+  EXPECT_EQ(second->End(), ECONNRESET);
+}
+
 TEST_F(LinuxWinsockTest, ASlowReaderGetsAllAndADeafOneHoldsUpNobody) {
   const std::string text(5'000'000, 't');
   int served = 0;
