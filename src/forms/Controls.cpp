@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <algorithm>
-
 #include "platform/RunTimeError.h"
 
 namespace tallowin::forms {

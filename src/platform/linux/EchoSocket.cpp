@@ -87,7 +87,7 @@ class Received {
 
 std::string_view WithoutIpHeader(std::string_view packet) {
   if (packet.empty()) return {};
-  const std::size_t header = (static_cast<unsigned char>(packet[0]) & 0x0FU) * 4U;
+  const std::size_t header = std::size_t{4} * (static_cast<unsigned char>(packet[0]) & 0x0FU);
   return header < packet.size() ? packet.substr(header) : std::string_view();
 }
 

@@ -4,7 +4,6 @@
 
 #include <QByteArray>
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 #include "platform/linux/MailAddress.h"
@@ -92,7 +91,7 @@ class Transfer {
   static std::size_t Read(char* buffer, std::size_t size, std::size_t count, void* data) {
     auto& self = *static_cast<Transfer*>(data);
     const std::size_t length = std::min(size * count, self.text_.size() - self.sent_);
-    std::memcpy(buffer, self.text_.data() + self.sent_, length);
+    std::copy_n(self.text_.data() + self.sent_, length, buffer);
     self.sent_ += length;
     return length;
   }
