@@ -64,12 +64,6 @@ void ItemList::AddItem(std::string item) {
   Notify({Property::AddedItem, addition});
 }
 
-void ItemList::RemoveItem(std::size_t index) {
-  (void)List(index);  // throws for an index outside the list
-  items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
-  Notify({Property::Items});
-}
-
 void ItemList::Keep(const std::vector<bool>& keep) {
   std::size_t index = 0;
   const auto removed =

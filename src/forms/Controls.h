@@ -106,7 +106,6 @@ class ItemList : public Control {
   /// Throws 381 for an index outside the list.
   [[nodiscard]] const std::string& List(std::size_t index) const;
   void AddItem(std::string item);
-  void RemoveItem(std::size_t index);
   /// Removes the items whose place in `keep` holds false, all in one step.
   void Keep(const std::vector<bool>& keep);
   void Clear();

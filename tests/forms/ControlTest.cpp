@@ -100,7 +100,7 @@ TEST(Control, ListsAndFormStates) {
   form.list.Select(1);
   EXPECT_EQ(form.list.Text(), "b");
   EXPECT_THROW(form.list.Select(2), platform::RunTimeError);
-  form.list.RemoveItem(0);
+  form.list.Keep({false, true});
   EXPECT_EQ(form.list.List(0), "b");
 
   int resized = 0;
