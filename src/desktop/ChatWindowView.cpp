@@ -12,7 +12,7 @@ namespace tallowin::desktop {
 
 namespace {
 
-constexpr QSize kComfortableSize{520, 400};
+constexpr QSize kChatSize{520, 400};
 
 }  // namespace
 
@@ -25,7 +25,7 @@ ChatWindowView::ChatWindowView(portsentry::ChatWindow& form, platform::EventLoop
   layout->addWidget(endChat, 0, Qt::AlignRight);
   Bindings().Bind(form.EndButton, *endChat);
   setCentralWidget(content);
-  resize(kComfortableSize);
+  resize(kChatSize);
   Follow();
 }
 

@@ -15,7 +15,7 @@ namespace tallowin::desktop {
 
 namespace {
 
-constexpr QSize kComfortableSize{900, 520};
+constexpr QSize kMainSize{900, 520};
 // An address at least; a wider window shows more of a long name. Together with the buttons and
 // their icons it stays below the width above.
 constexpr int kAddressColumns = 24;
@@ -60,7 +60,7 @@ MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop)
   Bindings().Bind(form.StatusLabel, *label, *status);
   setCentralWidget(content);
   status->setFocus();
-  resize(kComfortableSize.width(), std::max(kComfortableSize.height(), HeightOfForm()));
+  resize(kMainSize.width(), std::max(kMainSize.height(), HeightOfForm()));
   Follow();
 }
 

@@ -23,9 +23,11 @@ class EventLoop {
   virtual ~EventLoop() = default;
 
   /// One pass of the message loop: events that are pending now (sockets, timers, window, terminal)
-  /// are delivered and the call returns; it never waits. Passes may nest, since a handler may call
-  /// this in turn. At `MaxNesting` a pass delivers nothing and returns at once; what is pending
-  /// stays queued. Throws ProgramEnded if the program has ended, be it inside this pass.
+  /// are delivered and the call returns; it never waits. A host may leave what has come up less
+  /// than a millisecond ago to the next pass, but never what was posted. Passes may nest, since a
+  /// handler may call this in turn. At `MaxNesting` a pass delivers nothing and returns at once;
+  /// what is pending stays queued. Throws ProgramEnded if the program has ended, be it inside this
+  /// pass.
   virtual void DoEvents() = 0;
   static constexpr int MaxNesting = 10;
 

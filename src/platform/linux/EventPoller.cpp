@@ -35,6 +35,7 @@ EventPoller::EventPoller() : epoll_(epoll_create1(EPOLL_CLOEXEC)) {
 std::unique_ptr<EventPoller::Watch> EventPoller::Add(int descriptor, Interest interest,
                                                      Handler handler) {
   const std::uint64_t id = ++lastId_;
+  ++interests_;
   if (interest != Interest::None) Control(Descriptor(), EPOLL_CTL_ADD, descriptor, id, interest);
   entries_.emplace(
       id, Entry{descriptor, interest, std::make_shared<const Handler>(std::move(handler))});
@@ -49,6 +50,7 @@ void EventPoller::SetInterest(std::uint64_t id, Interest interest) {
                                                            : EPOLL_CTL_MOD;
   Control(Descriptor(), operation, entry.descriptor, id, interest);
   entry.interest = interest;
+  ++interests_;
 }
 
 void EventPoller::Remove(std::uint64_t id) {

@@ -51,6 +51,9 @@ class EventPoller {
   /// Throws RunTimeError if the system cannot watch it: regular files, for one, are always ready.
   [[nodiscard]] std::unique_ptr<Watch> Add(int descriptor, Interest interest, Handler handler);
 
+  /// Changes whenever something begins to be watched for, which may be ready already.
+  [[nodiscard]] std::uint64_t Interests() const { return interests_; }
+
   /// Calls the handlers of what is ready now, a bounded number of them, for as long as `goOn` gives
   /// true. May nest.
   void Dispatch(const std::function<bool()>& goOn);
@@ -67,6 +70,7 @@ class EventPoller {
 
   FileDescriptor epoll_;
   std::uint64_t lastId_ = 0;
+  std::uint64_t interests_ = 0;
   std::unordered_map<std::uint64_t, Entry> entries_;
 };
 

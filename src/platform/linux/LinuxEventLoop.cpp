@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxEventLoop.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QSocketNotifier>
@@ -10,6 +11,10 @@
 
 namespace tallowin::platform::linux_host {
 namespace {
+
+// A pass costs several system calls, and each status line asks for one: a caller's dozen of lines
+// would cost more to look around than to write.
+constexpr std::chrono::microseconds kQuietAfterAnIdlePass{100};
 
 /// Sets a variable for the time of a scope.
 template <typename T>
@@ -40,10 +45,18 @@ LinuxEventLoop::~LinuxEventLoop() = default;
 
 void LinuxEventLoop::DoEvents() {
   ThrowIfEnded();
-  if (nesting_ >= MaxNesting) return;
+  if (nesting_ >= MaxNesting || LookedJustNow()) return;
   const Scoped nesting(nesting_, nesting_ + 1);
-  Pass(false, nullptr);
+  if (!Pass(false, nullptr)) {
+    idleSince_ = std::chrono::steady_clock::now();
+    interestsThen_ = poller_.Interests();
+  }
   ThrowIfEnded();
+}
+
+bool LinuxEventLoop::LookedJustNow() {
+  return poller_.Interests() == interestsThen_ && posted_.Empty() &&
+         std::chrono::steady_clock::now() - idleSince_ < kQuietAfterAnIdlePass;
 }
 
 void LinuxEventLoop::RunUntil(const std::function<bool()>& done) {
@@ -54,9 +67,10 @@ void LinuxEventLoop::RunUntil(const std::function<bool()>& done) {
   }
 }
 
-void LinuxEventLoop::Pass(bool wait, Predicate done) {
+bool LinuxEventLoop::Pass(bool wait, Predicate done) {
   const Scoped scope(done_, done);
-  QCoreApplication::processEvents(wait ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+  return QAbstractEventDispatcher::instance()->processEvents(wait ? QEventLoop::WaitForMoreEvents
+                                                                  : QEventLoop::AllEvents);
 }
 
 /// False once the program has ended, or once what RunUntil waits for has come about: what is still

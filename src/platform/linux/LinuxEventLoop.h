@@ -1,6 +1,8 @@
 // The message loop on Qt's event dispatcher.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -43,7 +45,9 @@ class LinuxEventLoop final : public EventLoop {
 
  private:
   using Predicate = const std::function<bool()>*;
-  void Pass(bool wait, Predicate done);
+  /// False if there was nothing to deliver.
+  bool Pass(bool wait, Predicate done);
+  [[nodiscard]] bool LookedJustNow();
   [[nodiscard]] bool PassGoesOn() const;
   void ServeDescriptors();
   void ThrowIfEnded() const;
@@ -60,7 +64,9 @@ class LinuxEventLoop final : public EventLoop {
   std::function<void(const RunTimeError&)> onUnhandledError_;
   std::function<void()> onTerminationRequest_;
   std::optional<int> exitStatus_;
-  Predicate done_ = nullptr;  ///< what the innermost pass waits for
+  Predicate done_ = nullptr;                         ///< what the innermost pass waits for
+  std::chrono::steady_clock::time_point idleSince_;  ///< the end of the last pass without an event
+  std::uint64_t interestsThen_ = 0;
   int nesting_ = 0;
   bool terminating_ = false;
 };

@@ -101,7 +101,7 @@ std::string WithLineEnds(std::string_view text) {
 }
 
 /// Whether every server may carry these lines as they are.
-bool IsPlain(std::string_view lines) {
+bool IsPlainMail(std::string_view lines) {
   while (!lines.empty()) {
     const auto end = std::min(lines.find("\r\n"), lines.size());
     if (end > kLongestLine || !IsAscii(lines.substr(0, end))) return false;
@@ -123,7 +123,7 @@ std::string Base64Lines(std::string_view bytes) {
 
 std::string MailText(const MailContent& content) {
   const std::string lines = WithLineEnds(content.text);
-  const bool plain = IsPlain(lines);
+  const bool plain = IsPlainMail(lines);
   return "From: " + HeaderText(content.from) + "\r\nTo: " + HeaderText(content.to) +
          "\r\nSubject: " + HeaderText(content.subject) +
          "\r\nDate: " + QDateTime::currentDateTime().toString(Qt::RFC2822Date).toStdString() +

@@ -27,6 +27,8 @@ std::size_t PostedHandlers::Count() {
   return handlers_.size();
 }
 
+bool PostedHandlers::Empty() { return Count() == 0; }
+
 std::function<void()> PostedHandlers::Next() {
   const std::scoped_lock lock(mutex_);
   if (handlers_.empty()) return {};

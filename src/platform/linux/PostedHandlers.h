@@ -18,6 +18,7 @@ class PostedHandlers {
 
   /// Thread-safe.
   void Add(std::function<void()> handler);
+  [[nodiscard]] bool Empty();
 
   /// Hands those that wait now to `run`, in order, for as long as `goOn` gives true. A nested call
   /// takes up where this one stands.

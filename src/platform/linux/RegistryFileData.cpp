@@ -19,7 +19,7 @@ bool IsText(std::uint32_t type) {
 }
 
 /// Whether the text can stand in quotes: a line end in it would end the statement.
-bool IsPlain(std::string_view text) {
+bool FitsInQuotes(std::string_view text) {
   const auto control = [](char c) { return static_cast<unsigned char>(c) < 0x20 && c != '\t'; };
   return std::none_of(text.begin(), text.end(), control);
 }
@@ -74,7 +74,7 @@ std::optional<RegistryValue> ValueFromFileBytes(std::uint32_t type, std::string 
 }
 
 std::string WriteValueData(const RegistryValue& value, std::size_t column) {
-  if (value.type == registry::kSz && IsPlain(value.data)) return Quote(value.data);
+  if (value.type == registry::kSz && FitsInQuotes(value.data)) return Quote(value.data);
   if (value.type == registry::kDword && value.data.size() == 4) {
     std::array<char, 24> text{};
     (void)std::snprintf(text.data(), text.size(), "dword:%08x", value.Number());

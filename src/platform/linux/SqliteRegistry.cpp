@@ -38,6 +38,10 @@ std::string FoldPath(const Names& path) {
   return text;
 }
 
+// A file is replaced by hand, if ever, and each connection attempt reads a handful of values:
+// reading looks whether it is still the same one a hundred times a second. Writing always looks.
+constexpr std::chrono::milliseconds kTrustInTheFile{10};
+
 class SqliteRegistryKey final : public RegistryKey {
  public:
   SqliteRegistryKey(std::shared_ptr<RegistryStore> store, std::int64_t key)
@@ -98,13 +102,17 @@ SqliteRegistry::SqliteRegistry(const std::string& path, DamageReport report)
     : file_(path, std::move(report)) {
   // Damage is looked for now and not at the first use. Why the store cannot be opened is told by
   // each operation, which tries again.
-  static_cast<void>(Connect(false));
+  static_cast<void>(Connect(Purpose::Read));
 }
 
-RegistryResult SqliteRegistry::Connect(bool create) {
+RegistryResult SqliteRegistry::Connect(Purpose purpose) {
+  const auto now = std::chrono::steady_clock::now();
+  if (store_ && purpose == Purpose::Read && now - lookedAt_ < kTrustInTheFile)
+    return registry::kSuccess;
+  lookedAt_ = now;
   if (store_ && !store_->Replaced()) return registry::kSuccess;
   store_.reset();
-  return file_.Open(create, store_);
+  return file_.Open(purpose == Purpose::Create, store_);
 }
 
 RegistryResult SqliteRegistry::OpenKey(RegistryRoot root, std::string_view path,
@@ -112,7 +120,7 @@ RegistryResult SqliteRegistry::OpenKey(RegistryRoot root, std::string_view path,
   key.reset();
   const Names names = NamesAlongPath(root, path);
   if (names.empty()) return registry::kNotFound;
-  RegistryResult result = Connect(false);
+  RegistryResult result = Connect(Purpose::Read);
   if (result != registry::kSuccess) return result;
   std::int64_t number = 0;
   result = store_->FindKey(FoldPath(names), number);
@@ -126,7 +134,7 @@ RegistryResult SqliteRegistry::CreateKey(RegistryRoot root, std::string_view pat
   const Names names = NamesAlongPath(root, path);
   if (names.empty()) return registry::kNotFound;
   if (!IsStorable(names)) return registry::kInvalidParameter;
-  RegistryResult result = Connect(true);
+  RegistryResult result = Connect(Purpose::Create);
   if (result != registry::kSuccess) return result;
   std::int64_t number = 0;
   result = store_->FindKey(FoldPath(names), number);
@@ -139,7 +147,7 @@ RegistryResult SqliteRegistry::DeleteTree(RegistryRoot root, std::string_view pa
   const Names names = NamesAlongPath(root, path);
   if (names.empty()) return registry::kNotFound;
   if (names.size() == 1) return registry::kAccessDenied;
-  const RegistryResult result = Connect(false);
+  const RegistryResult result = Connect(Purpose::Write);
   return result == registry::kSuccess ? store_->DeleteTree(FoldPath(names)) : result;
 }
 

@@ -1,6 +1,7 @@
 // The registry of this host: one SQLite file of the user.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -27,10 +28,12 @@ class SqliteRegistry final : public Registry {
   [[nodiscard]] RegistryResult DeleteTree(RegistryRoot root, std::string_view path) override;
 
  private:
-  [[nodiscard]] RegistryResult Connect(bool create);
+  enum class Purpose { Read, Write, Create };
+  [[nodiscard]] RegistryResult Connect(Purpose purpose);
 
   RegistryStoreFile file_;
   std::shared_ptr<RegistryStore> store_;
+  std::chrono::steady_clock::time_point lookedAt_;  ///< whether the file is still the store
 };
 
 }  // namespace tallowin::platform::linux_host
