@@ -124,9 +124,7 @@ TEST_F(LinuxSmtpTest, AServerThatFallsSilentCostsItsTimeAndNoMore) {
   const std::vector<std::string> whole{"220 here\r\n", "250 here\r\n", "250 from\r\n",
                                        "250 to\r\n",   "354 go\r\n",   "250 taken\r\n"};
   for (const auto& [replies, status] : {
-           Case{{}, kTimedOut}, Case{{"220 he"}, kTimedOut},
-           Case{{whole.begin(), whole.begin() + 4}, kTimedOut},
-           Case{{whole.begin(), whole.begin() + 5}, kTimedOut},
+           Case{{}, kTimedOut}, Case{{whole.begin(), whole.begin() + 5}, kTimedOut},
            Case{{"220 here\r\n", "250-here\r\n250 STARTTLS\r\n", "220 go ahead\r\n"}, kTimedOut},
            Case{whole, 0},  // it has taken the mail, and does not answer to the farewell
        }) {
