@@ -131,6 +131,18 @@ class Traces(unittest.TestCase):
         self.assertEqual(self.ask("ping", f"10.77.{SILENT}.2")[1], ["Request Timed Out"])
         self.assertGreaterEqual(time.monotonic() - begun, 2.7)
 
+    def test_this_machine_is_no_hop_on_the_way_to_a_neighbour_that_does_not_exist(self):
+        # So that it takes a moment, and not seconds, until one is known not to exist.
+        set_up(0, "neigh/front/retrans_time_ms", 20)
+        for privileged in (True, False):
+            if not privileged:
+                self.let_everybody_ping()
+            absent = "10.77.1.99"
+            self.assertEqual(self.ask("ping", absent, privileged)[1],
+                             ["Destination Host Not Reachable"])
+            self.assertEqual(self.ask("trace", absent, privileged)[1],
+                             ["", "Trace Route to Long."])
+
     def test_a_user_who_may_not_send_echoes_is_told(self):
         self.assertEqual(self.ask("ping", TARGET, privileged=False)[1], ["General Failure"])
         route = self.ask("trace", TARGET, privileged=False)[1]
