@@ -1,5 +1,6 @@
 #include "forms/PlainText.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace tallowin::forms {
@@ -47,6 +48,15 @@ bool SteersDisplay(char32_t code) {
   return false;
 }
 
+/// The length of what needs no second look, which is nearly all of a log.
+std::size_t PlainLength(std::string_view bytes) {
+  const auto end = std::find_if(bytes.begin(), bytes.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 0x20 || byte >= 0x7F) && c != '\n' && c != '\t';
+  });
+  return static_cast<std::size_t>(end - bytes.begin());
+}
+
 void AppendEscaped(std::string& text, std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789abcdef";
   for (const char c : bytes) {
@@ -63,6 +73,10 @@ std::string PlainText(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
   while (!bytes.empty()) {
+    const std::size_t plain = PlainLength(bytes);
+    text += bytes.substr(0, plain);
+    bytes.remove_prefix(plain);
+    if (bytes.empty()) break;
     if (bytes[0] == '\r') {
       bytes.remove_prefix(bytes.starts_with("\r\n") ? 2 : 1);
       text += '\n';
