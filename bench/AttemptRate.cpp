@@ -1,18 +1,25 @@
-// Attempts per second: the running terminal program beside a bare loop that accepts, logs a line
-// and closes, both called by the same eight threads over loopback in turns of the same run.
+// Attempts per second: the running terminal program beside a bare loop that accepts, looks the
+// caller's name up, sends one echo, logs a line and closes, and one that leaves the name and the
+// echo out; all called by the same eight threads over loopback in turns of the same run. Then what
+// many attempts leave in memory, besides the text of the log and the list of callers.
 //
-//     AttemptRate PROGRAM-FOLDER [ATTEMPTS]
+//     AttemptRate PROGRAM-FOLDER [ATTEMPTS [ATTEMPTS-FOR-MEMORY]]
 //
-// The folder holds tallowin-console and tallowin-reg. The log lines of both go to /dev/null.
+// The folder holds tallowin-console and tallowin-reg. The log lines of all go to /dev/null, and for
+// the memory to a reader that counts them.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
+#include <netdb.h>
 #include <netinet/in.h>
+#include <netinet/ip_icmp.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -20,6 +27,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
@@ -89,23 +97,67 @@ double AttemptsPerSecond(int port, int attempts) {
   return attempts / time.count();
 }
 
-/// Runs `child` in a process of its own, with its output going nowhere.
-pid_t Spawn(const std::function<void()>& child) {
+/// Runs `child` in a process of its own, with its output going to `output`, or nowhere.
+pid_t Spawn(const std::function<void()>& child, int output = -1) {
   const pid_t process = fork();
   if (process != 0) return process;
   const int nowhere = open("/dev/null", O_RDWR);
   dup2(nowhere, STDIN_FILENO);
-  dup2(nowhere, STDOUT_FILENO);
+  dup2(output < 0 ? nowhere : output, STDOUT_FILENO);
   child();
   _exit(127);
 }
 
-void End(pid_t process) {
+/// Gives the seconds of processor time that the process has used.
+double End(pid_t process) {
   kill(process, SIGTERM);
-  waitpid(process, nullptr, 0);
+  rusage used{};
+  wait4(process, nullptr, 0, &used);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
-[[noreturn]] void BareLoop(int port, bool refuse) {
+void LookUp(const sockaddr_in& address) {
+  char name[NI_MAXHOST];
+  (void)getnameinfo(reinterpret_cast<const sockaddr*>(&address), sizeof address, name, sizeof name,
+                    nullptr, 0, NI_NAMEREQD);
+}
+
+/// One echo with the 32 zero bytes behind it that the program sends, up to its answer.
+void Ping(int echoes, const sockaddr_in& address) {
+  char packet[8 + 32] = {ICMP_ECHO};
+  packet[2] = static_cast<char>(~ICMP_ECHO);  // the checksum, and the byte behind it
+  packet[3] = static_cast<char>(0xFF);
+  if (sendto(echoes, packet, sizeof packet, 0, reinterpret_cast<const sockaddr*>(&address),
+             sizeof address) < 0) {
+    return;
+  }
+  char received[128];
+  pollfd waiting{.fd = echoes, .events = POLLIN, .revents = 0};
+  constexpr int kMilliseconds = 1000;
+  if (poll(&waiting, 1, kMilliseconds) > 0) (void)!recv(echoes, received, sizeof received, 0);
+}
+
+int OpenEchoes() {
+  const int ordinary = socket(AF_INET, SOCK_DGRAM, IPPROTO_ICMP);
+  if (ordinary >= 0) return ordinary;
+  const int raw = socket(AF_INET, SOCK_RAW, IPPROTO_ICMP);
+  const int onlyAnswers = static_cast<int>(~(1U << ICMP_ECHOREPLY));
+  constexpr int kIcmpFilter = 1;
+  (void)setsockopt(raw, SOL_RAW, kIcmpFilter, &onlyAnswers, sizeof onlyAnswers);
+  return raw;
+}
+
+struct Treatment {
+  const char* name;
+  const char* action;
+  bool refuse;
+};
+
+[[noreturn]] void BareLoop(int port, bool refuse, bool withTools) {
+  const int echoes = withTools ? OpenEchoes() : -1;
   const int listener = socket(AF_INET, SOCK_STREAM, 0);
   const int on = 1;
   setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
@@ -113,7 +165,13 @@ void End(pid_t process) {
   if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) _exit(1);
   listen(listener, SOMAXCONN);
   for (;;) {
-    const int caller = accept(listener, nullptr, nullptr);
+    sockaddr_in from{};
+    socklen_t size = sizeof from;
+    const int caller = accept(listener, reinterpret_cast<sockaddr*>(&from), &size);
+    if (withTools) {
+      LookUp(from);
+      Ping(echoes, from);
+    }
     char line[128];
     const std::time_t now = std::time(nullptr);
     std::tm local{};
@@ -141,12 +199,21 @@ void WaitUntilOpen(int port) {
   std::exit(1);
 }
 
-double Measure(pid_t process, int port, int attempts) {
-  WaitUntilOpen(port);
-  const double rate = AttemptsPerSecond(port, attempts);
-  End(process);
-  return rate;
-}
+struct Cost {
+  double rate = 0;
+  double microseconds = 0;  // of processor time, for one attempt
+
+  void Add(pid_t process, int port, int attempts) {
+    WaitUntilOpen(port);
+    rate += AttemptsPerSecond(port, attempts) / kTurns;
+    microseconds += End(process) * 1e6 / attempts / kTurns;
+  }
+  void Print(const char* who) const {
+    std::printf("  %-30s %8.0f /s  %6.0f us of processor time each\n", who, rate, microseconds);
+  }
+
+  static constexpr int kTurns = 3;  // in turns, so that all see the same machine
+};
 
 /// A home of its own for the program, with one slot in use.
 class Home {
@@ -175,9 +242,10 @@ class Home {
     Reg({"set", kSlotKey + std::string("1"), "Packet To Send", "REG_SZ", kPacket});
   }
 
-  [[nodiscard]] pid_t Start() const {
+  [[nodiscard]] pid_t Start(int output = -1) const {
     return Spawn(
-        [this] { execl((folder_ / "tallowin-console").c_str(), "tallowin-console", nullptr); });
+        [this] { execl((folder_ / "tallowin-console").c_str(), "tallowin-console", nullptr); },
+        output);
   }
 
  private:
@@ -194,31 +262,95 @@ class Home {
   fs::path folder_;
 };
 
-void Compare(const Home& home, const char* what, const char* action, bool refuse, int attempts) {
-  double bare = 0;
-  double ours = 0;
-  constexpr int kTurns = 3;  // in turns, so that both see the same machine
-  for (int turn = 0; turn < kTurns; ++turn) {
-    const int barePort = FreePort();
-    bare += Measure(Spawn([&] { BareLoop(barePort, refuse); }), barePort, attempts) / kTurns;
+void Compare(const Home& home, const Treatment& treatment, int attempts) {
+  Cost bare;
+  Cost bareWithTools;
+  Cost ours;
+  for (int turn = 0; turn < Cost::kTurns; ++turn) {
+    for (const bool withTools : {false, true}) {
+      const int port = FreePort();
+      auto& cost = withTools ? bareWithTools : bare;
+      cost.Add(Spawn([&] { BareLoop(port, treatment.refuse, withTools); }), port, attempts);
+    }
     const int port = FreePort();
-    home.UseSlot(port, action);
-    ours += Measure(home.Start(), port, attempts) / kTurns;
+    home.UseSlot(port, treatment.action);
+    ours.Add(home.Start(), port, attempts);
   }
-  std::printf("%-10s  bare loop %8.0f /s   tallowin-console %8.0f /s   ratio %.2f\n", what, bare,
-              ours, ours / bare);
+  std::printf("%s\n", treatment.name);
+  bare.Print("bare loop");
+  bareWithTools.Print("bare loop with name and echo");
+  ours.Print("tallowin-console");
+}
+
+long ResidentBytes(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/statm");
+  long pages = 0;
+  file >> pages >> pages;
+  return pages * sysconf(_SC_PAGESIZE);
+}
+
+/// Counts what comes out of a pipe, with two bytes for each line end as the log has them.
+class Counter {
+ public:
+  explicit Counter(int pipe) : pipe_(pipe), thread_([this] { Run(); }) {}
+  Counter(const Counter&) = delete;
+  Counter& operator=(const Counter&) = delete;
+  ~Counter() { thread_.join(); }
+
+  [[nodiscard]] long Bytes() const { return bytes_; }
+
+ private:
+  void Run() {
+    char buffer[65536];
+    for (ssize_t size = 0; (size = read(pipe_, buffer, sizeof buffer)) > 0;) {
+      bytes_ += size + std::count(buffer, buffer + size, '\n');
+    }
+  }
+
+  int pipe_;
+  std::atomic<long> bytes_ = 0;
+  std::thread thread_;
+};
+
+void PrintMemory(const Home& home, const Treatment& treatment, int attempts) {
+  const int port = FreePort();
+  home.UseSlot(port, treatment.action);
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) std::exit(1);
+  const pid_t process = home.Start(ends[1]);
+  close(ends[1]);
+  const Counter text(ends[0]);
+  WaitUntilOpen(port);
+  AttemptsPerSecond(port, attempts / 10);  // buffers, pools and tables have their size then
+  const long before = ResidentBytes(process);
+  const long textBefore = text.Bytes();
+  AttemptsPerSecond(port, attempts);
+  const long grown = ResidentBytes(process) - before;
+  const long textGrown = text.Bytes() - textBefore;
+  std::printf(
+      "%d attempts, %s: %.1f MB resident before, %.1f MB more after, %.1f MB of it text of "
+      "the log; the rest is %.0f bytes for each attempt\n",
+      attempts, treatment.name, static_cast<double>(before) / 1e6, static_cast<double>(grown) / 1e6,
+      static_cast<double>(textGrown) / 1e6, static_cast<double>(grown - textGrown) / attempts);
+  End(process);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 2) {
-    std::fprintf(stderr, "usage: AttemptRate PROGRAM-FOLDER [ATTEMPTS]\n");
+    std::fprintf(stderr, "usage: AttemptRate PROGRAM-FOLDER [ATTEMPTS [ATTEMPTS-FOR-MEMORY]]\n");
     return 2;
   }
   const int attempts = argc > 2 ? std::atoi(argv[2]) : 10000;
+  const int forMemory = argc > 3 ? std::atoi(argv[3]) : 100000;
+  const Treatment refused{"refused", "Don't accept connection", true};
+  const Treatment answered{"answered", "Accept connection send packet then disconnect", false};
   const Home home(argv[1]);
-  Compare(home, "refused", "Don't accept connection", true, attempts);
-  Compare(home, "answered", "Accept connection send packet then disconnect", false, attempts);
+  if (attempts > 0) {
+    Compare(home, refused, attempts);
+    Compare(home, answered, attempts);
+  }
+  if (forMemory > 0) PrintMemory(home, answered, forMemory);
   return 0;
 }

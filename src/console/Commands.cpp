@@ -49,7 +49,7 @@ const Commands::Command Commands::kCommands[] = {
     {"click", "FORM.CONTROL [KEY]", "press a button, by its KEY on a tool bar; choose a menu item",
      &Commands::Click},
     {"select", "FORM.CONTROL N", "choose entry N of a list, counted from 0", &Commands::Select},
-    {"quit", "", "end the program", &Commands::Quit},
+    {"quit", "", "end the program, once the commands before it are done", &Commands::Quit},
 };
 
 Commands::Commands(const forms::Forms& forms, std::function<void()> quit)

@@ -11,24 +11,26 @@ namespace tallowin::desktop {
 
 namespace {
 
-// Of the screen's width and height, and of the window's width.
+// Of the screen's width and height, and of the window's.
 constexpr double kWidth = 0.7;
 constexpr double kHeight = 0.45;
 constexpr double kLineWidth = 0.86;
+constexpr double kTextHeight = 0.6;
 constexpr double kTitleSize = 0.35;  // of the warning's letters
 
 constexpr const char* kColours = "background: #b00000; color: white;";
 
-/// Verdana, or what the system has in its place, in letters that make the text this wide.
-QFont FontFor(const QString& text, double width) {
+/// Verdana, or what the system has in its place, in the largest letters with which the text fits.
+QFont FontFor(const QString& text, QSizeF room) {
   constexpr int kTrialSize = 100;
   QFont font("Verdana");
   font.setStyleHint(QFont::SansSerif);
   font.setBold(true);
   font.setPixelSize(kTrialSize);
-  const int trialWidth = QFontMetrics(font).size(0, text).width();
-  if (trialWidth > 0)
-    font.setPixelSize(std::max(1, static_cast<int>(kTrialSize * width / trialWidth)));
+  const QSizeF trial = QFontMetricsF(font).size(0, text);
+  if (trial.isEmpty()) return font;
+  const double scale = std::min(room.width() / trial.width(), room.height() / trial.height());
+  font.setPixelSize(std::max(1, static_cast<int>(kTrialSize * scale)));
   return font;
 }
 
@@ -63,11 +65,15 @@ QWidget* BigMSGView::MakeContent(portsentry::BigMSG& form) {
 }
 
 void BigMSGView::FitToScreen() {
-  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+  // There is none while the last one is being unplugged.
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return;
+  const QRect area = screen->availableGeometry();
   QRect place(0, 0, static_cast<int>(area.width() * kWidth),
               static_cast<int>(area.height() * kHeight));
   place.moveCenter(area.center());
-  const QFont font = FontFor(warning_->text(), place.width() * kLineWidth);
+  const QFont font =
+      FontFor(warning_->text(), {place.width() * kLineWidth, place.height() * kTextHeight});
   warning_->setFont(font);
   QFont small = font;
   small.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * kTitleSize)));

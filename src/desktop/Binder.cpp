@@ -121,7 +121,14 @@ void Binder::Bind(forms::TextBox& control, TextView& view) {
   });
 }
 
-void Binder::Bind(forms::ToolBar& control, ToolBarView& view) { BindCommon(control, view, {}); }
+void Binder::Bind(forms::ToolBar& control, ToolBarView& view) {
+  Observe(control, [&control, &view](const Change& change) {
+    if (change.property == Property::Enabled && !control.Enabled()) view.HoldKeyboard();
+  });
+  BindCommon(control, view, [&control, &view](const Change& change) {
+    if (change.property == Property::Enabled && control.Enabled()) view.GiveKeyboardBack();
+  });
+}
 
 void Binder::Bind(forms::ComboBox& control, QComboBox& box) {
   box.setInsertPolicy(QComboBox::NoInsert);

@@ -14,11 +14,20 @@ namespace {
 
 constexpr QSize kChatSize{520, 400};
 
+/// In the size that the user has chosen for all windows.
+QFont Verdana() {
+  QFont font;
+  font.setFamily("Verdana");
+  font.setStyleHint(QFont::SansSerif);
+  return font;
+}
+
 }  // namespace
 
 ChatWindowView::ChatWindowView(portsentry::ChatWindow& form, platform::EventLoop& loop)
     : FormWindow(form, loop, WhenHidden::Hide, WhenShown::LeaveKeyboard) {
   auto* content = new QWidget(this);
+  content->setFont(Verdana());
   auto* endChat = new QPushButton(content);
   auto* layout = new QVBoxLayout(content);
   layout->addWidget(MakeChat(form, content), 1);
@@ -35,6 +44,7 @@ QWidget* ChatWindowView::MakeChat(portsentry::ChatWindow& form, QWidget* parent)
   auto* line = new QLineEdit(chat);
   auto* send = new QPushButton(chat);
   send->setDefault(true);
+  transcript->setFont(Verdana());
   transcript->setAccessibleName(tr("Transcript"));
   line->setAccessibleName(tr("Your line"));
   auto* typing = new QHBoxLayout;

@@ -1,8 +1,10 @@
 #include "desktop/MainWindow.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLabel>
 #include <QMenuBar>
 #include <QVBoxLayout>
@@ -19,6 +21,7 @@ constexpr QSize kMainSize{900, 520};
 // An address at least; a wider window shows more of a long name. Together with the buttons and
 // their icons it stays below the width above.
 constexpr int kAddressColumns = 24;
+constexpr int kLogoSize = 48;
 
 constexpr MenuLook kLooks[] = {
     {.item = "portsntmnu", .isSwitch = true},
@@ -43,6 +46,15 @@ constexpr ToolLook kTools[] = {
      .toolTip = "Find the name of an address, or the address of a name"},
 };
 
+QWidget* MakeLogo(QWidget* parent) {
+  auto* logo = new QLabel(parent);
+  logo->setObjectName("logo");
+  logo->setAccessibleName("Tallowin");
+  logo->setTextFormat(Qt::PlainText);
+  logo->setPixmap(QApplication::windowIcon().pixmap(kLogoSize));
+  return logo;
+}
+
 }  // namespace
 
 MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop)
@@ -55,7 +67,10 @@ MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop)
   auto* layout = new QVBoxLayout(content);
   layout->addWidget(label);
   layout->addWidget(status, 1);
-  layout->addWidget(MakeTools(form, content));
+  auto* bottom = new QHBoxLayout;
+  bottom->addWidget(MakeTools(form, content), 1);
+  bottom->addWidget(MakeLogo(content));
+  layout->addLayout(bottom);
   Bindings().Bind(form.Status, *status);
   Bindings().Bind(form.StatusLabel, *label, *status);
   setCentralWidget(content);

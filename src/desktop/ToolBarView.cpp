@@ -38,6 +38,18 @@ ToolLook ToolBarView::LookOf(std::string_view key) const {
   return found == looks_.end() ? ToolLook{} : *found;
 }
 
+void ToolBarView::HoldKeyboard() {
+  QWidget* holder = window()->focusWidget();
+  if (holder == nullptr || !isAncestorOf(holder)) return;
+  hadKeyboard_ = holder;
+  holder->clearFocus();
+}
+
+void ToolBarView::GiveKeyboardBack() {
+  if (hadKeyboard_ != nullptr && window()->focusWidget() == nullptr) hadKeyboard_->setFocus();
+  hadKeyboard_ = nullptr;
+}
+
 void ToolBarView::paintEvent(QPaintEvent* event) {
   QWidget::paintEvent(event);
   // A search of the icon theme takes long, and the window may wait for days before it is seen.

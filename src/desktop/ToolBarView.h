@@ -1,6 +1,7 @@
 // The buttons of a tool bar, side by side.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <span>
 #include <string_view>
@@ -23,6 +24,11 @@ class ToolBarView : public QWidget {
   ToolBarView(forms::ToolBar& control, Binder& binder, std::span<const ToolLook> looks,
               QWidget* parent);
 
+  /// Before the bar is disabled and after it is enabled again: Qt would give the keyboard to the
+  /// next widget, and it would stay there. Meanwhile nobody has it, unless the user gives it away.
+  void HoldKeyboard();
+  void GiveKeyboardBack();
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 
@@ -33,6 +39,7 @@ class ToolBarView : public QWidget {
 
   std::span<const ToolLook> looks_;
   bool iconsWanted_ = true;
+  QPointer<QWidget> hadKeyboard_;
 };
 
 }  // namespace tallowin::desktop

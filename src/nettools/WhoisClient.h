@@ -28,8 +28,9 @@ class WhoisClient {
 
   /// Starts a run, which goes on by socket events, and disables LoggedIPs until its end; a name
   /// there becomes its address first. Throws 360 if a run is under way, which then continues, or
-  /// what Winsock::Connect throws; LoggedIPs is disabled then all the same. A server that neither
-  /// answers nor closes holds the run up for ever.
+  /// what Winsock::Connect throws; LoggedIPs is disabled then all the same, and every later start
+  /// throws 360, because the sockets of the run that did not come about are still there. A server
+  /// that neither answers nor closes holds the run up for ever.
   void Start();
 
  private:

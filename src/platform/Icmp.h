@@ -12,7 +12,7 @@ namespace tallowin::platform {
 /// itself, 11002 destination network not reachable, 11013 time to live expired in transit ...
 struct IcmpEchoReply {
   /// Packed, in network byte order: who replied, be it a router on the way. 0 where the status is
-  /// this machine's own and nobody replied.
+  /// this machine's own and nobody replied, be it because a neighbour does not exist.
   std::int32_t address = 0;
   std::uint32_t status = 0;
   std::uint32_t roundTripTime = 0;  ///< whole milliseconds
@@ -54,7 +54,7 @@ class Icmp {
   ///
   /// Gives the number of replies: 0 if the time ran out, else 1, with `reply` filled. What this
   /// machine itself refuses is a reply too, at once, without an address: 11018 for a destination
-  /// that takes no echo (255.255.255.255), 11050 where the user may not send echoes.
+  /// that takes no echo (0.0.0.0, or a broadcast), 11050 where the user may not send echoes.
   virtual std::uint32_t IcmpSendEcho(Handle handle, std::int32_t destination, std::string_view data,
                                      int ttl, IcmpEchoReply& reply, std::size_t replySize,
                                      std::chrono::milliseconds timeout) = 0;

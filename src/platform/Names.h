@@ -15,8 +15,9 @@ class Names {
 
   virtual ~Names() = default;
 
-  /// The address that a dotted text means, without asking anybody; `kNoAddress` if it is none. The
-  /// short forms ("127.1") and the octal and hexadecimal ones are taken as well.
+  /// The address that a dotted text means, without asking anybody; `kNoAddress` if it is none,
+  /// and for "255.255.255.255", which cannot be told from that. The short forms ("127.1") and the
+  /// octal and hexadecimal ones are taken as well, and whatever stands behind a blank is ignored.
   [[nodiscard]] virtual std::int32_t InetAddr(const std::string& text) const = 0;
 
   /// The dotted text of an address.
@@ -28,7 +29,8 @@ class Names {
   [[nodiscard]] virtual std::optional<std::int32_t> GetHostByName(const std::string& name) = 0;
 
   /// The name of an address; nothing if there is none, or no answer. Blocks, like GetHostByName.
-  /// The name is whatever the owner of the address wrote: any bytes but NUL.
+  /// The name is whatever the owner of the address wrote, as far as the host lets that pass: the
+  /// caller must be ready for any bytes but NUL.
   [[nodiscard]] virtual std::optional<std::string> GetHostByAddr(std::int32_t address) = 0;
 };
 

@@ -2,29 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include "support/ErrorOf.h"
 #include "support/FakeHost.h"
 
 namespace tallowin::core {
 namespace {
 
 using platform::RegistryValue;
-using platform::RunTimeError;
+using test::ErrorOf;
 
 struct SettingsStoreTest : testing::Test {
   test::FakeHost host;
   MainForm mainForm;
   Options options;
   SettingsStore store{host.registry, mainForm, options};
-
-  template <typename Call>
-  static int ErrorOf(Call call) {
-    try {
-      call();
-    } catch (const RunTimeError& error) {
-      return error.Number();
-    }
-    return 0;
-  }
 };
 
 TEST_F(SettingsStoreTest, WithoutKeysNothingIsLoadedAndNothingIsMade) {

@@ -34,8 +34,10 @@ TEST(BigMSGViewTest, LargeInTheMiddleAndInNobodysWay) {
   const int textWidth = warning.fontMetrics().size(0, warning.text()).width();
   EXPECT_GT(textWidth, screen.width() / 2);
   EXPECT_LE(textWidth, window.width());
-
   const auto* title = window.findChild<QLabel*>("Label2");
+  const int textHeight = warning.fontMetrics().size(0, warning.text()).height();
+  EXPECT_LE(title->fontMetrics().height(), (window.height() - textHeight) / 2) << "they overlap";
+
   EXPECT_EQ(window.centralWidget()->childAt(title->geometry().center()), title)
       << "covered by the warning";
 

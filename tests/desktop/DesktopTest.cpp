@@ -229,6 +229,18 @@ TEST_F(MainWindowTest, ToolsArePressedByMouseAndKeyboardWhileTheBarIsEnabled) {
   EXPECT_EQ(loop.delivered, 2);
 }
 
+TEST_F(MainWindowTest, TheKeyboardIsBackAtTheToolWhenItIsDoneUnlessTheUserHasTakenIt) {
+  auto& ping = *window.findChild<QToolButton*>("ping");
+  for (const bool taken : {false, true}) {
+    ping.setFocus();
+    form.Toolbar1.SetEnabled(false);
+    EXPECT_EQ(window.focusWidget(), nullptr);
+    if (taken) Callers().setFocus();
+    form.Toolbar1.SetEnabled(true);
+    EXPECT_EQ(window.focusWidget(), taken ? &Callers() : static_cast<QWidget*>(&ping));
+  }
+}
+
 TEST_F(MainWindowTest, WaitsMinimisedInsteadOfHidden) {
   form.OnResize = [this] {
     if (form.State() == WindowState::Minimised) form.Hide();

@@ -47,19 +47,25 @@ def wait_until(condition, what, deadline=DEADLINE):
         time.sleep(0.005)
 
 
+claims = []
+
+
 def free_ports(count):
-    """Ports that a decoy can have: below those that the system gives to callers."""
-    held = []
-    while len(held) < count:
-        candidate = socket.socket()
+    """Ports that a decoy can have: below those that the system gives to callers. No other test that
+    runs beside this one gets them, whether the decoy listens or not."""
+    ports = []
+    while len(ports) < count:
+        port = random.randrange(10000, 32768)
+        claim = socket.socket(socket.AF_UNIX)
         try:
-            candidate.bind(("0.0.0.0", random.randrange(10000, 32768)))
-            held.append(candidate)
+            claim.bind(f"\0tallowin-test-{port}")  # which no file stands for
+            with socket.socket() as candidate:
+                candidate.bind(("0.0.0.0", port))
         except OSError:
-            candidate.close()
-    ports = [one.getsockname()[1] for one in held]
-    for one in held:
-        one.close()
+            claim.close()
+            continue
+        claims.append(claim)
+        ports.append(port)
     return ports
 
 

@@ -3,80 +3,23 @@
 The login manager and the network manager are played by python-dbusmock on a bus of the test's own.
 """
 
-import json
 import os
-import re
-import subprocess
-import sys
 import unittest
 from pathlib import Path
 
+from mocked_bus import MockedBus
 from tallowin_harness import (
-    PORTS, REFUSE, REFUSED, SEND, SENT, TestCase, attempt, call, free_ports, wait_until,
+    CHAT, PORTS, REFUSE, REFUSED, SEND, SENT, TestCase, attempt, call, free_ports, wait_until,
 )
 
 EVENTS = r"HKEY_CURRENT_USER\AppEvents\Schemes"
 NAMELESS = "/org/freedesktop/NetworkManager/ActiveConnection/"
-BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>system</type>
-  <keep_umask/>
-  <listen>unix:path={}</listen>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 ONLY_A_TEST = [
     "[?] Tallowin",
     "Tallowin will now test itself by simulating a hacker connecting to your computer. Do not "
     "panic if an alarm sounds or a visual warning appears on your screen as this is only a test.",
     "ok",
 ]
-
-
-def python_with_mocks():
-    """The system's own Python has them where the one that runs this test has not."""
-    for python in (sys.executable, "/usr/bin/python3"):
-        if subprocess.run([python, "-c", "import dbusmock"], capture_output=True,
-                          check=False).returncode == 0:
-            return python
-    raise AssertionError("python3-dbusmock is not installed")
-
-
-class MockedBus:
-    """A message bus in the home of the test, and the services on it."""
-
-    def __init__(self, test):
-        self.test = test
-        self.folder = test.home.path
-        socket = self.folder / "system-bus"
-        settings = self.folder / "system-bus.conf"
-        settings.write_text(BUS.format(socket), encoding="ascii")
-        self.environment = {**os.environ, "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={socket}"}
-        self.run("dbus-daemon", "--nofork", f"--config-file={settings}")
-        wait_until(socket.exists, "the bus")
-        test.home.environment["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={socket}"
-
-    def run(self, *command):
-        process = subprocess.Popen(command, env=self.environment, stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.DEVNULL)
-        self.test.addCleanup(process.wait)
-        self.test.addCleanup(process.kill)
-
-    def mock(self, name, template, parameters):
-        """Gives a function that lists the calls so far."""
-        log = self.folder / f"{name}.log"
-        self.run(python_with_mocks(), "-m", "dbusmock", "--system", "--logfile", str(log),
-                 "--template", template, "--parameters", json.dumps(parameters))
-        answers = ["dbus-send", "--system", "--print-reply", f"--dest={name}", "/",
-                   "org.freedesktop.DBus.Peer.Ping"]
-        wait_until(lambda: subprocess.run(answers, env=self.environment, capture_output=True,
-                                          check=False).returncode == 0, name)
-        return lambda: re.findall(r"(?m)^\S+ (?!Get)(\w+.*)$", log.read_text(encoding="utf-8"))
 
 
 class Responses(TestCase):
@@ -179,6 +122,19 @@ class Simulation(TestCase):
                 self.assertEqual(logged.count(treatment[0]), 2)
                 self.assertEqual(program.get("MainForm.LoggedIPs"), "127.0.0.1")
                 program.quit()
+
+    def test_a_chat_lasts_until_the_user_ends_it(self):
+        port, = free_ports(1)
+        self.home.set_up({2: (port, CHAT, "")})
+        program = self.start()
+        for run in (1, 2):
+            self.simulate(program)
+            program.wait_for("----Connected Attempt Ended----", count=run)
+            self.assertIn(f"Chat Initialised With Port {port}", program.messages)
+            program.ask("set ChatWindow.SendBox nobody reads this", "click ChatWindow.SendButton")
+            self.assertIn("disabled", self.item(program))
+            program.ask("click ChatWindow.EndButton")
+            self.assert_ready_again(program)
 
     def test_a_closed_port_is_silent_and_an_empty_table_is_not(self):
         self.home.set_up({1: (free_ports(1)[0], SEND, "x")})

@@ -1,51 +1,26 @@
 """Ping, trace route and lookups through a chain of routers.
 
-The script runs itself again in a network and a mount table of its own, so that all it makes is
-invisible to the rest of the machine and goes with the last process of the test, however that ends.
+All of them, and the names, stand in a network of the test's own.
 """
 
 import os
 import re
 import shutil
 import subprocess
-import sys
 import tempfile
 import time
 import unittest
 from pathlib import Path
 
-from tallowin_harness import NOBODY, RUNS_AS_ROOT, place_file
+from own_network import INSIDE, name_hosts, run, run_in_own_network
+from tallowin_harness import NOBODY, place_file
 
-INSIDE = "TALLOWIN_TEST_OWN_NETWORK"  # "root", or "user" where the root here is one in name only
 ROUTERS = 6
 SILENT = 4
 TARGET = f"10.77.{ROUTERS + 1}.2"
 UNREACHABLE = "10.99.0.1"
 SWALLOWED = "10.98.0.1"
 NAMES = {"10.77.2.2": "two.test", TARGET: "target.test"}
-
-
-def enter_own_network():
-    """Starts this script again in namespaces of its own, or gives the reason why it cannot."""
-    os.environ["PATH"] += ":/usr/sbin:/sbin"
-    needed = [tool for tool in ("unshare", "nsenter", "setpriv", "ip") if not shutil.which(tool)]
-    if needed:
-        return "these programs are missing: " + " ".join(needed)
-    reason = ""
-    for kind in ("root", "user") if RUNS_AS_ROOT else ("user",):
-        own = ["unshare", "--mount", "--net"]
-        own += ["--user", "--map-root-user"] if kind == "user" else []
-        trial = "mount -t tmpfs none /run && ip netns add a && ip -n a link add name v type veth"
-        tried = subprocess.run([*own, "sh", "-c", trial], capture_output=True, check=False)
-        if tried.returncode == 0:
-            os.environ[INSIDE] = kind
-            os.execvp(own[0], [*own, sys.executable, "-B", *sys.argv])
-        reason = tried.stderr.decode(errors="replace").strip()
-    return "network namespaces cannot be made here: " + reason
-
-
-def run(*command):
-    subprocess.run(command, check=True, timeout=30)
 
 
 def inside(node):
@@ -91,28 +66,12 @@ class Traces(unittest.TestCase):
         cls.folder.chmod(0o755)
         cls.tool = cls.folder / "ask-nettools"
         place_file(os.environ["TALLOWIN_ASK_NETTOOLS"], cls.tool)
-        run("mount", "-t", "tmpfs", "none", "/run")
-        hosts = "".join(f"{address} {name}\n" for address, name in NAMES.items())
-        cls.replace("/etc/hosts", "127.0.0.1 localhost\n" + hosts)
-        cls.replace("/etc/nsswitch.conf", "hosts: files dns\n")
-        cls.resolver = cls.replace("/etc/resolv.conf", "nameserver 127.0.0.1\n")
+        cls.resolver = name_hosts(cls.folder, NAMES)
 
     def setUp(self):
         # New for each test, since not every setting of a network can be taken back.
         self.addCleanup(run, "ip", "-all", "netns", "delete")
         make_chain()
-
-    @classmethod
-    def replace(cls, path, text):
-        """Puts another file in the place of this one, for the eyes of this test alone."""
-        file = cls.folder / Path(path).name
-        file.write_text(text)
-        place = Path(path).resolve()
-        if place.is_relative_to("/run"):  # which is empty here
-            place.parent.mkdir(parents=True, exist_ok=True)
-            place.touch()
-        run("mount", "--bind", str(file), str(place))
-        return file
 
     def ask(self, tool, host, privileged=True):
         """What the host has become, and the lines of the result."""
@@ -172,6 +131,18 @@ class Traces(unittest.TestCase):
         self.assertEqual(self.ask("ping", f"10.77.{SILENT}.2")[1], ["Request Timed Out"])
         self.assertGreaterEqual(time.monotonic() - begun, 2.7)
 
+    def test_this_machine_is_no_hop_on_the_way_to_a_neighbour_that_does_not_exist(self):
+        # So that it takes a moment, and not seconds, until one is known not to exist.
+        set_up(0, "neigh/front/retrans_time_ms", 20)
+        for privileged in (True, False):
+            if not privileged:
+                self.let_everybody_ping()
+            absent = "10.77.1.99"
+            self.assertEqual(self.ask("ping", absent, privileged)[1],
+                             ["Destination Host Not Reachable"])
+            self.assertEqual(self.ask("trace", absent, privileged)[1],
+                             ["", "Trace Route to Long."])
+
     def test_a_user_who_may_not_send_echoes_is_told(self):
         self.assertEqual(self.ask("ping", TARGET, privileged=False)[1], ["General Failure"])
         route = self.ask("trace", TARGET, privileged=False)[1]
@@ -191,6 +162,4 @@ class Traces(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    if INSIDE not in os.environ:
-        Traces = unittest.skip(enter_own_network())(Traces)
-    unittest.main()
+    run_in_own_network(Traces)

@@ -91,30 +91,6 @@ TEST_F(WhoisClientTest, AsksAllFourInTurnAndHarvestsTheWholeLog) {
   EXPECT_EQ(host.sockets.all.size(), before);
 }
 
-TEST_F(WhoisClientTest, AFailureMovesOnAndOneAtTheEndHarvestsNothing) {
-  Press("192.0.2.7");
-  for (int number = 1; number <= 3; ++number) Answer(number, "");
-  Answer(4, "first@run.example");
-  start = program->Log().size();
-
-  Press("192.0.2.7");
-  Server(1).ServerFails(11001, "Host not found");
-  Server(2).ServerFails(10061, "Connection is forcefully rejected");
-  Answer(3, "second@run.example");
-  auto& last = Server(4);
-  last.ServerAccepts();
-  last.ServerFails(10054, "Connection reset by peer");
-  EXPECT_THAT(program->Log(start),
-              ElementsAre("", "Whois Results For 192.0.2.7 Started", "",
-                          "Error - You are not connected to the internet",
-                          "Error On Whois Sock 2 - 10061 Connection is forcefully rejected",
-                          "Whois results...:", "second@run.example",
-                          "Error On Whois Sock 4 - 10054 Connection reset by peer",
-                          "End Of Whois Results For 192.0.2.7", "<------>"));
-  EXPECT_THAT(Emails(), ElementsAre("first@run.example"));
-  EXPECT_TRUE(Form().LoggedIPs.Enabled());
-}
-
 TEST_F(WhoisClientTest, ASecondStartFailsAtAnyPointOfARunAndTheRunContinues) {
   Press("192.0.2.7");
   for (int number = 1; number <= 4; ++number) {
@@ -126,7 +102,9 @@ TEST_F(WhoisClientTest, ASecondStartFailsAtAnyPointOfARunAndTheRunContinues) {
   }
   EXPECT_TRUE(Form().LoggedIPs.Enabled());
   Press("192.0.2.7");
-  EXPECT_NE(host.sockets.ConnectingTo(kServers[1]), nullptr) << "and the next run starts";
+  Server(1).ServerFails(11001, "Host not found");
+  EXPECT_EQ(program->Log().back(), "Error - You are not connected to the internet");
+  EXPECT_NE(host.sockets.ConnectingTo(kServers[2]), nullptr) << "the next run goes its way";
 }
 
 TEST_F(WhoisClientTest, AnUnknownNameIsAskedAboutAsTheBroadcastAddress) {

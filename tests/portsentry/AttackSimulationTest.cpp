@@ -1,6 +1,9 @@
 #include "portsentry/AttackSimulation.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 #include "support/Program.h"
 
@@ -10,6 +13,7 @@ namespace {
 using forms::MessageBoxStyle;
 using platform::RegistryValue;
 using platform::SocketState;
+using testing::ElementsAre;
 
 struct AttackSimulationTest : testing::Test {
   test::FakeHost host;
@@ -27,53 +31,38 @@ struct AttackSimulationTest : testing::Test {
   void Click() {
     host.loop.Deliver([this] { Item().Click(); });
   }
-  void ExpectAsked(std::size_t index, const char* text, MessageBoxStyle style, const char* title) {
-    ASSERT_GT(program->questions.asked.size(), index);
-    const auto& asked = program->questions.asked[index];
-    EXPECT_EQ(asked.text, text);
-    EXPECT_EQ(asked.style, style);
-    EXPECT_EQ(asked.title, title);
+  std::vector<MessageBoxStyle> Asked() {
+    std::vector<MessageBoxStyle> styles;
+    for (const auto& question : program->questions.asked) styles.push_back(question.style);
+    return styles;
   }
-  test::FakeSockets::Socket* Calling() {
-    for (auto* socket : host.sockets.all) {
-      if (socket->state == SocketState::Connecting) return socket;
-    }
-    return nullptr;
-  }
-  static constexpr const char* kOnlyATest =
-      "Tallowin will now test itself by simulating a hacker connecting to your computer. Do not "
-      "panic if an alarm sounds or a visual warning appears on your screen as this is only a test.";
 };
 
-TEST_F(AttackSimulationTest, WithoutPortSentryNothingIsTried) {
-  Up(0, {{1, 1111}});
+TEST_F(AttackSimulationTest, EachBoxHasItsIcon) {
+  Up(0, {});
   Click();
-  ASSERT_EQ(program->questions.asked.size(), 1U);
-  ExpectAsked(0, "Port Sentry Is Not Enabled", MessageBoxStyle::Information,
-              "Cannot Simulate Hack");
+  EXPECT_THAT(Asked(), ElementsAre(MessageBoxStyle::Information));
   EXPECT_TRUE(Item().Enabled());
-  EXPECT_EQ(Calling(), nullptr);
+  Up(1, {});
+  Click();
+  EXPECT_THAT(Asked(), ElementsAre(MessageBoxStyle::Plain, MessageBoxStyle::Exclamation));
+  EXPECT_FALSE(Item().Enabled()) << "until the program ends";
 }
 
-TEST_F(AttackSimulationTest, CallsTheFirstUsedSlotAndCanBeRepeated) {
+TEST_F(AttackSimulationTest, AClosedSocketIsLeftForTheNextRunAndAFailedOneIsNot) {
   Up(1, {{4, 4444}, {9, 9999}});
   Click();
-  ExpectAsked(0, kOnlyATest, MessageBoxStyle::Plain, "Tallowin");
-  EXPECT_EQ(program->questions.asked.size(), 1U);
-  EXPECT_FALSE(Item().Enabled());
-  auto* socket = Calling();
+  auto* socket = host.sockets.ConnectingTo("127.0.0.1");
   ASSERT_NE(socket, nullptr);
-  EXPECT_EQ(socket->remoteHost, "127.0.0.1");
   EXPECT_EQ(socket->remotePort, 4444);
-
+  EXPECT_FALSE(Item().Enabled());
   socket->state = SocketState::Closing;
   socket->events.Close();
   EXPECT_TRUE(Item().Enabled());
-  EXPECT_EQ(socket->state, SocketState::Closing) << "is left for the next run to close";
+  EXPECT_EQ(socket->state, SocketState::Closing);
 
   Click();
   EXPECT_EQ(socket->state, SocketState::Connecting);
-  EXPECT_FALSE(Item().Enabled());
   socket->state = SocketState::Error;
   socket->events.Error(10061, "Connection is forcefully rejected");
   EXPECT_TRUE(Item().Enabled());
@@ -81,16 +70,14 @@ TEST_F(AttackSimulationTest, CallsTheFirstUsedSlotAndCanBeRepeated) {
   EXPECT_EQ(program->questions.asked.size(), 2U) << "no word about an error";
 }
 
-TEST_F(AttackSimulationTest, AnEmptyTableLeavesTheItemDisabledForEver) {
-  Up(1, {});
+TEST_F(AttackSimulationTest, ASlotWithAnImpossiblePortEndsTheProgramWithAMessageAndTheLogSaved) {
+  Up(1, {{2, static_cast<std::uint32_t>(-5)}});
   Click();
-  ASSERT_EQ(program->questions.asked.size(), 2U);
-  ExpectAsked(1, "You do not have any ports setup", MessageBoxStyle::Exclamation,
-              "Cannot Simulate Hack");
-  EXPECT_FALSE(Item().Enabled());
-  program->tallowin.MainForm().portsntmnu.Click();
-  program->tallowin.MainForm().portsntmnu.Click();
-  EXPECT_FALSE(Item().Enabled());
+  ASSERT_EQ(Asked().back(), MessageBoxStyle::Stop);
+  EXPECT_EQ(program->questions.asked.back().text,
+            "Run-time error '380':\r\n\r\nInvalid property value");
+  EXPECT_TRUE(host.loop.Ended());
+  EXPECT_TRUE(std::filesystem::exists(host.folder.Path() + "/Logs"));
 }
 
 }  // namespace

@@ -88,14 +88,5 @@ TEST_F(PortListenersTest, TheSwitchesAndTheTwoCommandsStayInStep) {
   EXPECT_NE(host.sockets.ListeningOn(2222), nullptr);
 }
 
-TEST_F(PortListenersTest, AStoredZeroStillWritesItsLines) {
-  host.ImportPresets(0, 0);
-  test::Program program(host);
-  program.Start();
-  EXPECT_THAT(program.Log(), ElementsAre("Verbose Mode Disabled", "Port Sentry Deactivated",
-                                         "IdentD Server Deactivated"));
-  EXPECT_FALSE(program.tallowin.MainForm().portsntmnu.Checked());
-}
-
 }  // namespace
 }  // namespace tallowin::portsentry

@@ -293,7 +293,10 @@ class FakeSockets : public platform::SocketFactory {
     [[nodiscard]] int LocalPort() const override { return localPort; }
     void SetLocalPort(int port) override { localPort = port; }
     [[nodiscard]] int RemotePort() const override { return remotePort; }
-    void SetRemotePort(int port) override { remotePort = port; }
+    void SetRemotePort(int port) override {
+      if (port < 0 || port > 65535) throw platform::RunTimeError(380, "Invalid property value");
+      remotePort = port;
+    }
     [[nodiscard]] std::string RemoteHost() const override { return remoteHost; }
     void SetRemoteHost(std::string host) override { remoteHost = std::move(host); }
     [[nodiscard]] std::string RemoteHostIP() const override { return remoteIP; }

@@ -1,4 +1,4 @@
-// A socket that sends one ICMP echo request and tells what came of it.
+// A socket that sends ICMP echo requests and tells what came of each.
 #pragma once
 
 #include <sys/socket.h>
@@ -15,32 +15,38 @@ namespace tallowin::platform::linux_host {
 
 /// An ICMP datagram socket, which ordinary users may open where net.ipv4.ping_group_range says so,
 /// otherwise a raw one, which takes privileges. Either way the error messages of routers come
-/// through the error queue, in which the kernel has matched them to this socket.
+/// through the error queue. The kernel keeps those of others out of a datagram socket's queue, but
+/// not out of a raw one's.
 ///
-/// Everything in it works on hostile input: any host can send any ICMP message here.
+/// Everything in it works on hostile input: any host can send any ICMP message here, at any time.
 class EchoSocket {
  public:
-  EchoSocket();
-
-  /// 0, or the value of errno: EACCES or EPERM where the user may have neither socket.
-  [[nodiscard]] int Open(int ttl);
-  /// 0, or the value of errno. One echo for each socket.
-  [[nodiscard]] int Send(std::int32_t destination, std::string_view data);
-  /// False if nothing that decides the echo has come by then. Fills address and status.
+  /// 0, or the value of errno: EACCES or EPERM where the user may have neither socket. Once open it
+  /// stays so, and another call costs nothing.
+  [[nodiscard]] int Open();
+  /// 0, or the value of errno. Each echo has a sequence number of its own, so that no answer to an
+  /// earlier one can be taken for its own.
+  [[nodiscard]] int Send(std::int32_t destination, std::string_view data, int ttl);
+  /// False if nothing that decides the newest echo has come by then. Fills address and status.
   [[nodiscard]] bool WaitForReply(std::chrono::steady_clock::time_point deadline,
                                   IcmpEchoReply& reply);
 
  private:
   [[nodiscard]] int OpenAny();
+  [[nodiscard]] int SetTtl(int ttl);
+  void DropWhatCameMeanwhile();
+  [[nodiscard]] int SendMessage(std::string_view message);
   [[nodiscard]] bool ReadErrorQueue(IcmpEchoReply& reply);
   [[nodiscard]] bool ReadAnswer(IcmpEchoReply& reply);
   [[nodiscard]] bool IsOfThisEcho(std::string_view message, std::uint8_t type) const;
 
   FileDescriptor socket_;
   bool raw_ = false;
+  int ttl_ = 0;
+  std::int32_t destination_ = 0;
   // Random, so that nobody who does not see the echo can answer it.
-  std::uint16_t identifier_;
-  std::uint16_t sequence_;
+  std::uint16_t identifier_ = 0;
+  std::uint16_t sequence_ = 0;
 };
 
 }  // namespace tallowin::platform::linux_host

@@ -2,13 +2,13 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <QMap>
 #include <QStringList>
 #include <QVariant>
 #include <algorithm>
 #include <iterator>
 #include <optional>
 
-#include "platform/RunTimeError.h"
 #include "platform/linux/SystemBus.h"
 
 namespace tallowin::platform::linux_host {
@@ -19,25 +19,43 @@ constexpr std::chrono::seconds kLimit{3};
 constexpr const char* kManager = "org.freedesktop.NetworkManager";
 constexpr const char* kManagerPath = "/org/freedesktop/NetworkManager";
 
+QDBusMessage ManagerCall(const QString& path, const char* interface, const char* method) {
+  return QDBusMessage::createMethodCall(kManager, path, interface, method);
+}
+
 /// Nothing if it cannot be had.
 std::optional<QVariant> Property(const SystemBus& bus, const QString& path,
-                                 const QString& interface, const QString& name) {
-  auto get =
-      QDBusMessage::createMethodCall(kManager, path, "org.freedesktop.DBus.Properties", "Get");
+                                 const QString& interface, const char* name) {
+  auto get = ManagerCall(path, "org.freedesktop.DBus.Properties", "Get");
   get << interface << name;
-  const QDBusMessage reply = bus.Call(get, kLimit);
-  if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return {};
-  return reply.arguments().constFirst().value<QDBusVariant>().variant();
+  const auto answer = bus.Ask(get);
+  if (!answer) return {};
+  return answer->value<QDBusVariant>().variant();
 }
 
-QString LinkText(const SystemBus& bus, const QString& path, const char* name) {
+QVariant LinkProperty(const SystemBus& bus, const QString& path, const char* name) {
   const QString interface = QString(kManager) + ".Connection.Active";
-  return Property(bus, path, interface, name).value_or(QVariant()).toString();
+  return Property(bus, path, interface, name).value_or(QVariant());
 }
 
-bool IsDialled(const QString& type) {
-  static const QStringList kDialled{"gsm", "cdma", "ppp", "pppoe", "serial"};
-  return kDialled.contains(type);
+/// By Bluetooth a telephone is dialled, or it is the router of a small network: only the stored
+/// settings of the link tell which.
+bool DialsByBluetooth(const SystemBus& bus, const QString& path) {
+  const auto stored = LinkProperty(bus, path, "Connection").value<QDBusObjectPath>().path();
+  const auto settings = bus.Ask(
+      ManagerCall(stored, "org.freedesktop.NetworkManager.Settings.Connection", "GetSettings"));
+  if (!settings || settings->userType() != qMetaTypeId<QDBusArgument>()) return false;
+  const auto argument = settings->value<QDBusArgument>();
+  if (argument.currentSignature() != "a{sa{sv}}") return false;
+  const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(argument);
+  return groups.value("bluetooth").value("type").toString() == "dun";
+}
+
+bool IsDialled(const SystemBus& bus, const QString& path) {
+  static const QStringList kDialled{"gsm", "cdma", "adsl", "ppp", "pppoe"};
+  // One that has gone meanwhile has no type any more.
+  const QString type = LinkProperty(bus, path, "Type").toString();
+  return kDialled.contains(type) || (type == "bluetooth" && DialsByBluetooth(bus, path));
 }
 
 }  // namespace
@@ -45,16 +63,16 @@ bool IsDialled(const QString& type) {
 RasResult LinuxDialUp::RasEnumConnections(std::span<RasConnection> connections,
                                           std::size_t& count) {
   count = 0;
-  const SystemBus bus(busAddress_);
-  if (!bus.Runs(kManager)) throw RunTimeError(error::kFileNotFound, "File not found");
+  const SystemBus bus(busAddress_, kLimit);
+  if (!bus.Runs(kManager)) return ras::kEnumerationFailed;
   const auto active = Property(bus, kManagerPath, kManager, "ActiveConnections");
   if (!active) return ras::kEnumerationFailed;
   for (const QDBusObjectPath& path : qdbus_cast<QList<QDBusObjectPath>>(*active)) {
-    // One that has gone meanwhile has no type any more.
-    if (!IsDialled(LinkText(bus, path.path(), "Type"))) continue;
+    if (!IsDialled(bus, path.path())) continue;
     if (count < connections.size()) {
-      connections[count] = {.hRasConn = path.path().toStdString(),
-                            .szEntryName = LinkText(bus, path.path(), "Id").toStdString()};
+      connections[count] = {
+          .hRasConn = path.path().toStdString(),
+          .szEntryName = LinkProperty(bus, path.path(), "Id").toString().toStdString()};
     }
     ++count;
   }
@@ -62,11 +80,10 @@ RasResult LinuxDialUp::RasEnumConnections(std::span<RasConnection> connections,
 }
 
 RasResult LinuxDialUp::RasHangUp(const RasConnection& connection) {
-  auto deactivate =
-      QDBusMessage::createMethodCall(kManager, kManagerPath, kManager, "DeactivateConnection");
+  auto deactivate = ManagerCall(kManagerPath, kManager, "DeactivateConnection");
   deactivate << QVariant::fromValue(QDBusObjectPath(QString::fromStdString(connection.hRasConn)));
-  const SystemBus bus(busAddress_);
-  const bool dropped = bus.Call(deactivate, kLimit).type() == QDBusMessage::ReplyMessage;
+  const SystemBus bus(busAddress_, kLimit);
+  const bool dropped = bus.Call(deactivate).type() == QDBusMessage::ReplyMessage;
   return dropped ? ras::kSuccess : ras::kNoConnection;
 }
 

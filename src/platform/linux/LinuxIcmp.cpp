@@ -1,6 +1,5 @@
 #include "platform/linux/LinuxIcmp.h"
 
-#include "platform/linux/EchoSocket.h"
 #include "platform/linux/IcmpStatuses.h"
 
 namespace tallowin::platform::linux_host {
@@ -27,13 +26,12 @@ std::uint32_t LinuxIcmp::IcmpSendEcho(Handle, std::int32_t destination, std::str
   }
   // The system takes "no address" for this machine itself.
   if (destination == 0) return Refuse(reply, icmp::kBadDestination);
-  EchoSocket socket;
-  if (const int error = socket.Open(ttl)) return Refuse(reply, StatusOfOpenError(error));
+  if (const int error = socket_.Open()) return Refuse(reply, StatusOfOpenError(error));
   const auto sent = Clock::now();
-  if (const int error = socket.Send(destination, data)) {
+  if (const int error = socket_.Send(destination, data, ttl)) {
     return Refuse(reply, StatusOfSendError(error));
   }
-  if (!socket.WaitForReply(sent + timeout, reply)) return 0;
+  if (!socket_.WaitForReply(sent + timeout, reply)) return 0;
   const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - sent);
   reply.roundTripTime = static_cast<std::uint32_t>(passed.count());
   return 1;

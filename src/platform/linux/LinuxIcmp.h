@@ -2,11 +2,11 @@
 #pragma once
 
 #include "platform/Icmp.h"
+#include "platform/linux/EchoSocket.h"
 
 namespace tallowin::platform::linux_host {
 
-/// Each echo has a socket of its own, so that no answer to an earlier one can be taken for its own
-/// and a handle that stays open holds nothing.
+/// One socket for all echoes, opened for the first one: a handle that stays open holds nothing.
 class LinuxIcmp : public Icmp {
  public:
   Handle IcmpCreateFile() override { return 1; }
@@ -14,6 +14,9 @@ class LinuxIcmp : public Icmp {
                              int ttl, IcmpEchoReply& reply, std::size_t replySize,
                              std::chrono::milliseconds timeout) override;
   bool IcmpCloseHandle(Handle) override { return true; }
+
+ private:
+  EchoSocket socket_;
 };
 
 }  // namespace tallowin::platform::linux_host

@@ -2,7 +2,6 @@
 
 #include <curl/curl.h>
 
-#include <QByteArray>
 #include <algorithm>
 #include <memory>
 
@@ -16,22 +15,31 @@ namespace {
 /// The server text as an address that libcurl understands; empty if it cannot be one.
 std::string ServerUrl(std::string_view server) {
   if (server.empty() || !IsPlainLine(server)) return {};
-  if (server.find("://") != std::string_view::npos) return std::string(server);
-  return "smtp://" + std::string(server);
+  const auto scheme = server.find("://");
+  const auto host = scheme == std::string_view::npos ? 0 : scheme + 3;
+  // libcurl would tell the server what stands behind the host, and decode it before.
+  const auto end = std::min(server.find_first_of("/?#", host), server.size());
+  if (end != server.size() && server.substr(end) != "/") return {};
+  return (host == 0 ? "smtp://" : "") + std::string(server);
 }
+
+/// Whether there is a user in it: in an address that works the sign stands nowhere else.
+bool HasUser(std::string_view url) { return url.find('@') != std::string_view::npos; }
 
 /// One sending.
 class Transfer {
  public:
-  explicit Transfer(std::chrono::milliseconds patience)
-      : patience_(patience), deadline_(std::chrono::steady_clock::now() + patience) {}
+  Transfer(std::chrono::milliseconds patience, const std::string& authorities)
+      : patience_(patience),
+        authorities_(authorities),
+        deadline_(std::chrono::steady_clock::now() + patience) {}
 
   CURLcode Send(const std::string& url, const MailContent& content) {
     if (!handle_) return CURLE_OUT_OF_MEMORY;
     text_ = MailText(content);
     for (const auto& recipient : content.to) AddRecipient(recipient.address);
     Address(url);
-    Protect();
+    Protect(HasUser(url));
     Limit();
     Set(CURLOPT_MAIL_FROM, content.from.address.c_str());
     Set(CURLOPT_MAIL_RCPT, recipients_.get());
@@ -56,13 +64,13 @@ class Transfer {
     Set(CURLOPT_PROXY, "");  // not the one that the environment names for web pages
   }
 
-  void Protect() {
-    Set(CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_TRY));
+  void Protect(bool always) {
+    Set(CURLOPT_USE_SSL, static_cast<long>(always ? CURLUSESSL_ALL : CURLUSESSL_TRY));
     Set(CURLOPT_SSL_VERIFYPEER, 1L);
     Set(CURLOPT_SSL_VERIFYHOST, 2L);
-    // libcurl looks at this variable in its command line program only.
-    const QByteArray trusted = qgetenv("SSL_CERT_FILE");
-    if (!trusted.isEmpty()) Set(CURLOPT_CAINFO, trusted.constData());
+    if (authorities_.empty()) return;
+    Set(CURLOPT_CAINFO, authorities_.c_str());
+    Set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
   }
 
   void Limit() {
@@ -102,6 +110,7 @@ class Transfer {
   }
 
   std::chrono::milliseconds patience_;
+  const std::string& authorities_;
   std::chrono::steady_clock::time_point deadline_;
   std::string text_;
   std::size_t sent_ = 0;
@@ -112,20 +121,20 @@ class Transfer {
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle_{curl_easy_init(), &curl_easy_cleanup};
 };
 
-CURLcode Send(const SmtpMail& mail, std::chrono::milliseconds patience) {
+}  // namespace
+
+int LinuxSmtp::Send(const SmtpMail& mail) const {
   const std::string url = ServerUrl(mail.szDomainName);
   if (url.empty()) return CURLE_URL_MALFORMAT;
   const auto from = ParseMailAddress(mail.szFrom);
   const auto to = ParseMailAddresses(mail.szTo);
   if (!from || to.empty() || !IsPlainLine(mail.szSubject)) return CURLE_BAD_FUNCTION_ARGUMENT;
-  return Transfer(patience).Send(
-      url, {.from = *from, .to = to, .subject = mail.szSubject, .text = mail.szMessage});
+  return Transfer(patience_, authorities_)
+      .Send(url, {.from = *from, .to = to, .subject = mail.szSubject, .text = mail.szMessage});
 }
 
-}  // namespace
-
 std::int16_t LinuxSmtp::SmtpSendMail(const SmtpMail& mail) {
-  const int code = library_.State() == CURLE_OK ? Send(mail, patience_) : library_.State();
+  const int code = library_.State() == CURLE_OK ? Send(mail) : library_.State();
   return static_cast<std::int16_t>(code);
 }
 

@@ -8,17 +8,32 @@ namespace {
 
 constexpr std::chrono::seconds kLimit{5};
 
+QDBusMessage ManagerCall(const char* method) {
+  return QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
+                                        "org.freedesktop.login1.Manager", method);
+}
+
+bool Succeeds(const SystemBus& bus, const QDBusMessage& call) {
+  return bus.Call(call).type() == QDBusMessage::ReplyMessage;
+}
+
 }  // namespace
 
 bool LinuxSystemShutdown::ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) {
   if ((flags & shutdown::kShutdown) == 0 || reserved != 0) return false;
-  auto powerOff =
-      QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
-                                     "org.freedesktop.login1.Manager", "PowerOff");
+  const SystemBus bus(busAddress_, kLimit);
+  if ((flags & shutdown::kForce) != 0) {
+    // A program that has asked the manager not to shut down would make the plain call fail.
+    constexpr qulonglong kSkipInhibitors = 1U << 4U;
+    auto forced = ManagerCall("PowerOffWithFlags");
+    forced << kSkipInhibitors;
+    if (Succeeds(bus, forced)) return true;
+  }
+  // Older managers do not know that call, or that flag.
   constexpr bool kAskForPassword = false;
+  auto powerOff = ManagerCall("PowerOff");
   powerOff << kAskForPassword;
-  const SystemBus bus(busAddress_);
-  return bus.Call(powerOff, kLimit).type() == QDBusMessage::ReplyMessage;
+  return Succeeds(bus, powerOff);
 }
 
 }  // namespace tallowin::platform::linux_host

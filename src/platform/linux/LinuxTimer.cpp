@@ -9,10 +9,17 @@ using std::chrono::steady_clock;
 
 struct LinuxTimer::Clockwork : std::enable_shared_from_this<Clockwork> {
   Clockwork(EventLoop& eventLoop, std::chrono::milliseconds period, std::function<void()> handler)
-      : loop(eventLoop), interval(period), tick(std::move(handler)) {}
+      : loop(eventLoop), interval(period), tick(std::move(handler)) {
+    // The toolkit may let others come up to a twentieth early, and a warning must not blink faster
+    // than it is meant to.
+    timer.setTimerType(Qt::PreciseTimer);
+    timer.setInterval(interval);
+  }
 
   void Tick() {
     if (!enabled || running) return;
+    // A tick that comes late would otherwise have the next one too close behind it.
+    timer.start();
     const std::shared_ptr<Clockwork> self = shared_from_this();
     const steady_clock::time_point start = steady_clock::now();
     running = true;
@@ -22,6 +29,7 @@ struct LinuxTimer::Clockwork : std::enable_shared_from_this<Clockwork> {
     if (enabled && steady_clock::now() - start >= interval) loop.Post([self] { self->Tick(); });
   }
 
+  QTimer timer;
   EventLoop& loop;
   std::chrono::milliseconds interval;
   std::function<void()> tick;
@@ -31,22 +39,22 @@ struct LinuxTimer::Clockwork : std::enable_shared_from_this<Clockwork> {
 
 LinuxTimer::LinuxTimer(EventLoop& loop, std::chrono::milliseconds interval,
                        std::function<void()> tick)
-    : clockwork_(std::make_shared<Clockwork>(loop, interval, std::move(tick))),
-      timer_(std::make_unique<QTimer>()) {
-  timer_->setInterval(interval);
-  QObject::connect(timer_.get(), &QTimer::timeout, timer_.get(),
-                   [clockwork = clockwork_] { clockwork->Tick(); });
+    : clockwork_(std::make_shared<Clockwork>(loop, interval, std::move(tick))) {
+  QTimer& timer = clockwork_->timer;
+  QObject::connect(&timer, &QTimer::timeout, &timer, [clockwork = std::weak_ptr(clockwork_)] {
+    if (const auto alive = clockwork.lock()) alive->Tick();
+  });
 }
 
-LinuxTimer::~LinuxTimer() { clockwork_->enabled = false; }
+LinuxTimer::~LinuxTimer() { SetEnabled(false); }
 
 void LinuxTimer::SetEnabled(bool enabled) {
   if (clockwork_->enabled == enabled) return;
   clockwork_->enabled = enabled;
   if (enabled) {
-    timer_->start();
+    clockwork_->timer.start();
   } else {
-    timer_->stop();
+    clockwork_->timer.stop();
   }
 }
 

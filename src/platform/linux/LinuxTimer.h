@@ -7,8 +7,6 @@
 
 #include "platform/EventLoop.h"
 
-class QTimer;
-
 namespace tallowin::platform::linux_host {
 
 class LinuxTimer final : public Timer {
@@ -23,7 +21,6 @@ class LinuxTimer final : public Timer {
   /// Outlives the timer for as long as a tick of it is under way or posted.
   struct Clockwork;
   std::shared_ptr<Clockwork> clockwork_;
-  std::unique_ptr<QTimer> timer_;
 };
 
 }  // namespace tallowin::platform::linux_host

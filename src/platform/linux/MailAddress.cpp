@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringDecoder>
 #include <algorithm>
+#include <utility>
 
 namespace tallowin::platform::linux_host {
 
@@ -14,9 +15,47 @@ std::string_view WithoutBlanksAround(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-std::string_view WithoutQuotesAround(std::string_view text) {
-  const bool quoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
-  return quoted ? text.substr(1, text.size() - 2) : text;
+/// Tells which characters of a text stand between quotes, where a backslash takes the meaning from
+/// the character behind it.
+class Quotes {
+ public:
+  /// True if the character is part of what is meant, and no sign that only frames it.
+  bool Take(char character) {
+    if (std::exchange(escaped_, false)) return true;
+    escaped_ = open_ && character == '\\';
+    if (character == '"') open_ = !open_;
+    return !escaped_ && character != '"';
+  }
+  [[nodiscard]] bool Open() const { return open_; }
+
+ private:
+  bool open_ = false;
+  bool escaped_ = false;
+};
+
+/// Nothing if a quote is not closed: nobody knows then what was to belong to the name.
+std::optional<std::string> Unquoted(std::string_view text) {
+  std::string meant;
+  Quotes quotes;
+  for (const char character : text) {
+    if (quotes.Take(character)) meant += character;
+  }
+  return quotes.Open() ? std::optional<std::string>() : meant;
+}
+
+/// Where the first entry of a list ends: at a comma, but not at one in quotes.
+std::size_t EntryLength(std::string_view list) {
+  Quotes quotes;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (quotes.Take(list[i]) && !quotes.Open() && list[i] == ',') return i;
+  }
+  return list.size();
+}
+
+bool IsAddress(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return c > ' ' && c <= '~' && std::string_view("<>,;").find(c) == std::string_view::npos;
+  });
 }
 
 bool EndsLine(QChar character) {
@@ -41,26 +80,27 @@ bool IsPlainLine(std::string_view text) {
 std::optional<MailAddress> ParseMailAddress(std::string_view text) {
   if (!IsPlainLine(text)) return {};
   text = WithoutBlanksAround(text);
-  std::string_view name;
+  std::optional<std::string> name("");
   std::string_view address = text;
   if (const auto bracket = text.rfind('<'); bracket != std::string_view::npos) {
     if (text.back() != '>') return {};
-    name = WithoutQuotesAround(WithoutBlanksAround(text.substr(0, bracket)));
+    name = Unquoted(WithoutBlanksAround(text.substr(0, bracket)));
     address = text.substr(bracket + 1, text.size() - bracket - 2);
   }
-  if (address.empty() || address.find_first_of(" <>,;") != std::string_view::npos) return {};
-  return MailAddress{std::string(name), std::string(address)};
+  if (!name || !IsAddress(address)) return {};
+  return MailAddress{*name, std::string(address)};
 }
 
 std::vector<MailAddress> ParseMailAddresses(std::string_view text) {
   std::vector<MailAddress> addresses;
-  for (bool more = true; more;) {
-    const auto comma = text.find(',');
-    auto address = ParseMailAddress(text.substr(0, comma));
+  while (!text.empty()) {
+    const std::size_t length = EntryLength(text);
+    const auto entry = WithoutBlanksAround(text.substr(0, length));
+    text.remove_prefix(std::min(length + 1, text.size()));
+    if (entry.empty()) continue;
+    auto address = ParseMailAddress(entry);
     if (!address) return {};
     addresses.push_back(std::move(*address));
-    more = comma != std::string_view::npos;
-    if (more) text.remove_prefix(comma + 1);
   }
   return addresses;
 }

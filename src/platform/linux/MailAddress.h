@@ -17,11 +17,13 @@ struct MailAddress {
 /// header or a command and begin another.
 [[nodiscard]] bool IsPlainLine(std::string_view text);
 
-/// "address" or "A name <address>". Nothing if the text is no plain line, or if the address is
-/// empty or has blanks, brackets or commas in it, behind which a server would look for more.
+/// "address" or "A name <address>"; the name, or a part of it, may stand in quotes. Nothing if the
+/// text is no plain line or a quote is not closed, or if the address is empty, is not all ASCII, or
+/// has blanks, brackets or commas in it, behind which a server would look for more.
 [[nodiscard]] std::optional<MailAddress> ParseMailAddress(std::string_view text);
 
-/// Addresses with commas between them. None at all if there is one that cannot be taken.
+/// Addresses with commas between them; a comma in quotes belongs to a name, and one too many is
+/// passed over. None at all if there is an address that cannot be taken.
 [[nodiscard]] std::vector<MailAddress> ParseMailAddresses(std::string_view text);
 
 }  // namespace tallowin::platform::linux_host

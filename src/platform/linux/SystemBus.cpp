@@ -1,30 +1,77 @@
 #include "platform/linux/SystemBus.h"
 
-#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <memory>
+#include <thread>
 
 namespace tallowin::platform::linux_host {
 
 namespace {
 
-constexpr const char* kName = "tallowin-system-bus";
+using std::chrono::steady_clock;
 
-QDBusConnection Connect(const std::string& address) {
-  if (address.empty()) return QDBusConnection::connectToBus(QDBusConnection::SystemBus, kName);
-  return QDBusConnection::connectToBus(QString::fromStdString(address), kName);
+/// The library keeps connections by name, and one that was given up may still be there.
+QString NewName() {
+  static std::atomic<unsigned> count = 0;
+  return QString("tallowin-system-bus-%1").arg(++count);
+}
+
+QDBusConnection Connect(const std::string& address, const QString& name) {
+  if (address.empty()) return QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
+  return QDBusConnection::connectToBus(QString::fromStdString(address), name);
+}
+
+/// The library connects without a limit of its own, and a bus that takes callers and says nothing
+/// would hold the program up for half a minute. So a thread waits for it, and is left alone when it
+/// takes too long; whoever comes second finds that the other has been there. Until that thread is
+/// through, the library holds up everybody else who wants a connection.
+std::optional<QDBusConnection> ConnectWithin(std::chrono::milliseconds limit,
+                                             const std::string& address, const QString& name) {
+  const auto decided = std::make_shared<std::atomic_flag>();
+  std::promise<QDBusConnection> promise;
+  auto connected = promise.get_future();
+  std::thread([decided, address, name, promise = std::move(promise)]() mutable {
+    promise.set_value(Connect(address, name));
+    if (decided->test_and_set()) QDBusConnection::disconnectFromBus(name);
+  }).detach();
+  const bool inTime = connected.wait_for(limit) == std::future_status::ready;
+  if (inTime || decided->test_and_set()) return connected.get();
+  return {};
 }
 
 }  // namespace
 
-SystemBus::SystemBus(const std::string& address) : connection_(Connect(address)) {}
+SystemBus::SystemBus(const std::string& address, std::chrono::milliseconds limit)
+    : deadline_(steady_clock::now() + limit),
+      name_(NewName()),
+      connection_(ConnectWithin(limit, address, name_)) {}
 
-SystemBus::~SystemBus() { QDBusConnection::disconnectFromBus(kName); }
-
-bool SystemBus::Runs(const QString& service) const {
-  return connection_.isConnected() && connection_.interface()->isServiceRegistered(service);
+SystemBus::~SystemBus() {
+  if (connection_) QDBusConnection::disconnectFromBus(name_);
 }
 
-QDBusMessage SystemBus::Call(const QDBusMessage& call, std::chrono::milliseconds limit) const {
-  return connection_.call(call, QDBus::Block, static_cast<int>(limit.count()));
+bool SystemBus::Runs(const QString& service) const {
+  constexpr const char* kBus = "org.freedesktop.DBus";
+  auto hasOwner =
+      QDBusMessage::createMethodCall(kBus, "/org/freedesktop/DBus", kBus, "NameHasOwner");
+  hasOwner << service;
+  return Ask(hasOwner).value_or(QVariant()).toBool();
+}
+
+QDBusMessage SystemBus::Call(const QDBusMessage& call) const {
+  if (!connection_) return QDBusMessage::createError(QDBusError::NoReply, "no answer from the bus");
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(deadline_ - steady_clock::now()).count();
+  return connection_->call(call, QDBus::Block, std::max(1, static_cast<int>(left)));
+}
+
+std::optional<QVariant> SystemBus::Ask(const QDBusMessage& call) const {
+  const QDBusMessage reply = Call(call);
+  if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return {};
+  return reply.arguments().constFirst();
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -4,7 +4,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QString>
+#include <QVariant>
 #include <chrono>
+#include <optional>
 #include <string>
 
 namespace tallowin::platform::linux_host {
@@ -13,8 +15,9 @@ namespace tallowin::platform::linux_host {
 /// ever asked. Without a bus every call gives an error message.
 class SystemBus {
  public:
-  /// `address` in the bus's own form; empty for the system's bus.
-  explicit SystemBus(const std::string& address);
+  /// `address` in the bus's own form; empty for the system's bus. Connecting and all calls together
+  /// take no longer than `limit`, whatever the bus and the services do.
+  SystemBus(const std::string& address, std::chrono::milliseconds limit);
   SystemBus(const SystemBus&) = delete;
   SystemBus& operator=(const SystemBus&) = delete;
   ~SystemBus();
@@ -22,11 +25,16 @@ class SystemBus {
   /// True if somebody runs as this service now. Starts nothing.
   [[nodiscard]] bool Runs(const QString& service) const;
 
-  /// Waits for the answer, at most this long; no event is delivered meanwhile.
-  [[nodiscard]] QDBusMessage Call(const QDBusMessage& call, std::chrono::milliseconds limit) const;
+  /// Waits for the answer; no event is delivered meanwhile.
+  [[nodiscard]] QDBusMessage Call(const QDBusMessage& call) const;
+
+  /// The first value of the answer; nothing where there is none.
+  [[nodiscard]] std::optional<QVariant> Ask(const QDBusMessage& call) const;
 
  private:
-  QDBusConnection connection_;
+  std::chrono::steady_clock::time_point deadline_;
+  QString name_;
+  std::optional<QDBusConnection> connection_;  ///< none if it could not be had in time
 };
 
 }  // namespace tallowin::platform::linux_host

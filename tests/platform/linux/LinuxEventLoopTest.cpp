@@ -126,6 +126,18 @@ TEST_F(LinuxEventLoopTest, ATickIsHeldBackWhileTheOneBeforeItRuns) {
   EXPECT_TRUE(Until([&] { return ran; }));
 }
 
+TEST_F(LinuxEventLoopTest, NoTickComesEarlyBehindALateOne) {
+  constexpr auto kInterval = 60ms;
+  std::vector<std::chrono::steady_clock::time_point> ticks;
+  const auto timer =
+      loop.MakeTimer(kInterval, [&] { ticks.push_back(std::chrono::steady_clock::now()); });
+  timer->SetEnabled(true);
+  std::this_thread::sleep_for(kInterval * 9 / 5);  // the stall
+  ASSERT_TRUE(Until([&] { return ticks.size() == 3; }));
+  EXPECT_GE(ticks[1] - ticks[0], kInterval - 1ms);
+  EXPECT_GE(ticks[2] - ticks[1], kInterval - 1ms);
+}
+
 TEST_F(LinuxEventLoopTest, ASecondRequestToEndDoesNotWaitForTheFirst) {
   int requests = 0;
   loop.OnTerminationRequest([&] { ++requests; });

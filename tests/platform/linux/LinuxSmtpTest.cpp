@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxSmtp.h"
 
 #include <arpa/inet.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -17,7 +18,15 @@ namespace tallowin::platform::linux_host {
 namespace {
 
 using namespace std::chrono_literals;
+constexpr std::int16_t kNoProtocol = 1;
+constexpr std::int16_t kNoAddress = 3;
+constexpr std::int16_t kNoConnection = 7;
 constexpr std::int16_t kTimedOut = 28;
+constexpr std::int16_t kRefused = 43;
+constexpr std::int16_t kNotEncrypted = 64;
+
+/// A port that the system gives to nobody by itself.
+const std::string kNobody = "127.0.0.1:1";
 
 /// A server of one caller, which speaks the given replies, one for each line that it gets, and then
 /// falls silent with the connection open. Behind the reply 354 it waits for the end of the mail.
@@ -36,15 +45,20 @@ class ScriptedServer {
   }
   ScriptedServer(const ScriptedServer&) = delete;
   ScriptedServer& operator=(const ScriptedServer&) = delete;
-  ~ScriptedServer() {
-    over_ = true;
-    thread_.join();
-  }
+  ~ScriptedServer() { End(); }
 
   [[nodiscard]] std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
-  [[nodiscard]] bool Called() const { return called_; }
+  /// Everything that came. The server is at its end then.
+  [[nodiscard]] const std::string& Received() {
+    End();
+    return received_;
+  }
 
  private:
+  void End() {
+    over_ = true;
+    if (thread_.joinable()) thread_.join();
+  }
   bool Readable(int descriptor) const {
     while (!over_) {
       pollfd wait{descriptor, POLLIN, 0};
@@ -55,29 +69,27 @@ class ScriptedServer {
   void Serve() {
     if (!Readable(listener_.Get())) return;
     const FileDescriptor caller(accept4(listener_.Get(), nullptr, nullptr, SOCK_CLOEXEC));
-    called_ = true;
     std::string awaited;
     for (const auto& reply : replies_) {
       if (!AwaitEnd(caller.Get(), awaited)) return;
       (void)send(caller.Get(), reply.data(), reply.size(), MSG_NOSIGNAL);
       awaited = reply.starts_with("354") ? "\r\n.\r\n" : "\r\n";
     }
-    std::string ignored;
-    while (Receive(caller.Get(), ignored)) {
+    while (Receive(caller.Get())) {
     }
   }
-  bool AwaitEnd(int caller, const std::string& end) const {
-    std::string received;
-    while (!received.ends_with(end)) {
-      if (!Receive(caller, received)) return false;
+  bool AwaitEnd(int caller, const std::string& end) {
+    const auto start = received_.size();
+    while (!std::string_view(received_).substr(start).ends_with(end)) {
+      if (!Receive(caller)) return false;
     }
     return true;
   }
-  bool Receive(int caller, std::string& received) const {
+  bool Receive(int caller) {
     char buffer[4096];
     if (!Readable(caller)) return false;
     const ssize_t length = recv(caller, buffer, sizeof buffer, 0);
-    if (length > 0) received.append(buffer, static_cast<std::size_t>(length));
+    if (length > 0) received_.append(buffer, static_cast<std::size_t>(length));
     return length > 0;
   }
 
@@ -85,7 +97,7 @@ class ScriptedServer {
   FileDescriptor listener_{socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
   int port_ = 0;
   std::atomic<bool> over_ = false;
-  std::atomic<bool> called_ = false;
+  std::string received_;
   std::thread thread_;
 };
 
@@ -112,9 +124,7 @@ TEST_F(LinuxSmtpTest, AServerThatFallsSilentCostsItsTimeAndNoMore) {
   const std::vector<std::string> whole{"220 here\r\n", "250 here\r\n", "250 from\r\n",
                                        "250 to\r\n",   "354 go\r\n",   "250 taken\r\n"};
   for (const auto& [replies, status] : {
-           Case{{}, kTimedOut}, Case{{"220 he"}, kTimedOut},
-           Case{{whole.begin(), whole.begin() + 4}, kTimedOut},
-           Case{{whole.begin(), whole.begin() + 5}, kTimedOut},
+           Case{{}, kTimedOut}, Case{{whole.begin(), whole.begin() + 5}, kTimedOut},
            Case{{"220 here\r\n", "250-here\r\n250 STARTTLS\r\n", "220 go ahead\r\n"}, kTimedOut},
            Case{whole, 0},  // it has taken the mail, and does not answer to the farewell
        }) {
@@ -125,32 +135,48 @@ TEST_F(LinuxSmtpTest, AServerThatFallsSilentCostsItsTimeAndNoMore) {
   }
 }
 
-TEST_F(LinuxSmtpTest, TextsThatSmuggleAreRefusedBeforeAnythingIsSent) {
-  using Change = void (*)(SmtpMail&);
-  for (const Change change : {
-           Change([](SmtpMail& mail) { mail.szFrom += "\r\nBcc: x@y.example"; }),
-           Change([](SmtpMail& mail) { mail.szTo += "\nRCPT TO:<x@y.example>"; }),
-           Change([](SmtpMail& mail) { mail.szTo += ", "; }),
-           Change([](SmtpMail& mail) { mail.szTo.clear(); }),
-           Change([](SmtpMail& mail) { mail.szSubject += "\rBcc: x@y.example"; }),
-           Change([](SmtpMail& mail) { mail.szSubject += '\0'; }),
-           Change([](SmtpMail& mail) { mail.szDomainName += "\r\nDATA"; }),
-           Change([](SmtpMail& mail) { mail.szDomainName += '\0'; }),
-           Change([](SmtpMail& mail) { mail.szDomainName += "/a%0d%0aDATA"; }),
-           Change([](SmtpMail& mail) { mail.szDomainName.clear(); }),
-           Change([](SmtpMail& mail) { mail.szDomainName.insert(0, "http://"); }),
-           Change([](SmtpMail& mail) { mail.szDomainName.insert(0, "file:///etc/passwd#"); }),
+TEST_F(LinuxSmtpTest, APasswordNeverGoesInTheClear) {
+  for (const std::vector<std::string>& replies : {
+           std::vector<std::string>{"220 here\r\n", "250 AUTH PLAIN LOGIN\r\n"},
+           {"220 here\r\n", "250-STARTTLS\r\n250 AUTH PLAIN LOGIN\r\n", "454 not now\r\n"},
        }) {
-    const ScriptedServer server({"220 here\r\n"});
-    SmtpMail mail = kMail;
-    mail.szDomainName = server.Address();
-    change(mail);
-    EXPECT_NE(LinuxSmtp(library, 5s).SmtpSendMail(mail), 0) << mail.szDomainName;
-    EXPECT_FALSE(server.Called()) << mail.szDomainName;
+    ScriptedServer server(replies);
+    EXPECT_EQ(SendTo("smtp://me:secret@" + server.Address()), kNotEncrypted);
+    EXPECT_THAT(server.Received(), testing::StartsWith("EHLO "));
+    EXPECT_THAT(server.Received(), testing::Not(testing::HasSubstr("AUTH")));
   }
 }
 
-TEST_F(LinuxSmtpTest, WhoIsNotThereIsAFailure) { EXPECT_EQ(SendTo("127.0.0.1:1"), 7); }
+TEST_F(LinuxSmtpTest, TextsThatSmuggleAreRefusedBeforeAnybodyIsCalled) {
+  struct Case {
+    std::int16_t status;
+    void (*change)(SmtpMail&);
+  };
+  // Who would be called is not there.
+  EXPECT_EQ(SendTo(kNobody), kNoConnection);
+  EXPECT_EQ(SendTo("smtp://" + kNobody + "/"), kNoConnection);
+  for (const auto& [status, change] : {
+           Case{kRefused, [](SmtpMail& mail) { mail.szFrom += "\r\nBcc: x@y.example"; }},
+           Case{kRefused, [](SmtpMail& mail) { mail.szTo += "\nRCPT TO:<x@y.example>"; }},
+           Case{kRefused, [](SmtpMail& mail) { mail.szTo += "> SIZE=1"; }},
+           Case{kRefused, [](SmtpMail& mail) { mail.szTo = ", "; }},
+           Case{kRefused, [](SmtpMail& mail) { mail.szSubject += "\rBcc: x@y.example"; }},
+           Case{kRefused, [](SmtpMail& mail) { mail.szSubject += '\0'; }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName += "\r\nDATA"; }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName += '\0'; }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName += "/a%0d%0aDATA"; }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName += "?a%0d%0aDATA"; }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName.insert(0, "a%0d%0aDATA@"); }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName.clear(); }},
+           Case{kNoAddress, [](SmtpMail& mail) { mail.szDomainName = "file:///etc/passwd#"; }},
+           Case{kNoProtocol, [](SmtpMail& mail) { mail.szDomainName.insert(0, "http://"); }},
+       }) {
+    SmtpMail mail = kMail;
+    mail.szDomainName = kNobody;
+    change(mail);
+    EXPECT_EQ(LinuxSmtp(library).SmtpSendMail(mail), status) << mail.szDomainName << mail.szTo;
+  }
+}
 
 }  // namespace
 }  // namespace tallowin::platform::linux_host

@@ -148,7 +148,8 @@ TEST_F(LinuxWinsockShortageTest, ABrokenListenerIsToldOnceAndListensAgainAfterAC
 
   listener->Close();
   int requests = 0;
-  Listen([&](std::int32_t) { ++requests; });
+  listener->SetEvents({.ConnectionRequest = [&](std::int32_t) { ++requests; }});
+  listener->Listen();
   EXPECT_TRUE(held.Over());
   TestClient next(port);
   EXPECT_TRUE(Until([&] { return requests == 1; }));
