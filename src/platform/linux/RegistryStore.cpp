@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <array>
+#include <utility>
 
 #include "platform/linux/RegistryNames.h"
 #include "platform/linux/Text.h"
@@ -45,6 +46,11 @@ class Running {
   SqliteStatement& statement_;
 };
 
+/// Failures are no answer, and are not to be remembered.
+bool IsAnswer(RegistryResult result) {
+  return result == registry::kSuccess || result == registry::kNotFound;
+}
+
 bool MeansDamage(int result) {
   // SQLITE_ERROR: a sound database whose tables are not ours.
   const int primary = result & 0xFF;
@@ -71,6 +77,7 @@ RegistryResult TranslateSqliteResult(int result) {
 
 RegistryStore::Opening RegistryStore::Open(const std::string& path) {
   int result = connection_.Open(path);
+  cache_.Follow(path);
   if (result == SQLITE_OK) {
     connection_.KeepLogOnClose(true);
     result = Check();
@@ -153,6 +160,20 @@ int RegistryStore::PrepareStatements() {
 }
 
 RegistryResult RegistryStore::FindKey(std::string_view foldedPath, std::int64_t& key) {
+  std::string name = "key " + std::string(foldedPath);
+  if (const auto* known = cache_.Find(name)) {
+    key = known->key;
+    return known->result;
+  }
+  RegistryReadCache::Reading reading;
+  reading.result = ReadKey(foldedPath, reading.key);
+  key = reading.key;
+  const RegistryResult result = reading.result;
+  if (IsAnswer(result)) cache_.Remember(std::move(name), std::move(reading));
+  return result;
+}
+
+RegistryResult RegistryStore::ReadKey(std::string_view foldedPath, std::int64_t& key) {
   const Running running(findKey_);
   findKey_.BindText(1, foldedPath);
   const int result = findKey_.Step();
@@ -163,6 +184,7 @@ RegistryResult RegistryStore::FindKey(std::string_view foldedPath, std::int64_t&
 
 RegistryResult RegistryStore::InsertKey(std::int64_t parent, std::string_view foldedPath,
                                         std::string_view name, std::int64_t& key) {
+  cache_.Forget();
   const Running running(insertKey_);
   insertKey_.Bind(1, parent);
   insertKey_.BindText(2, foldedPath);
@@ -173,6 +195,7 @@ RegistryResult RegistryStore::InsertKey(std::int64_t parent, std::string_view fo
 }
 
 RegistryResult RegistryStore::DeleteTree(std::string_view foldedPath) {
+  cache_.Forget();
   SqliteTransaction transaction(connection_);
   int result = transaction.Begin();
   if (result != SQLITE_OK) return TranslateSqliteResult(result);
@@ -190,6 +213,18 @@ RegistryResult RegistryStore::DeleteTree(std::string_view foldedPath) {
 
 RegistryResult RegistryStore::QueryValue(std::int64_t key, std::string_view foldedName,
                                          RegistryValue& value) {
+  std::string name = std::to_string(key) + " " + std::string(foldedName);
+  if (const auto* known = cache_.Find(name)) {
+    if (known->result == registry::kSuccess) value = known->value;
+    return known->result;
+  }
+  const RegistryResult result = ReadValue(key, foldedName, value);
+  if (IsAnswer(result)) cache_.Remember(std::move(name), {result, key, value});
+  return result;
+}
+
+RegistryResult RegistryStore::ReadValue(std::int64_t key, std::string_view foldedName,
+                                        RegistryValue& value) {
   const Running running(queryValue_);
   queryValue_.Bind(1, key);
   queryValue_.BindText(2, foldedName);
@@ -203,6 +238,7 @@ RegistryResult RegistryStore::QueryValue(std::int64_t key, std::string_view fold
 
 RegistryResult RegistryStore::SetValue(std::int64_t key, std::string_view foldedName,
                                        std::string_view name, const RegistryValue& value) {
+  cache_.Forget();
   const Running running(setValue_);
   setValue_.Bind(1, key);
   setValue_.BindText(2, foldedName);
@@ -215,6 +251,7 @@ RegistryResult RegistryStore::SetValue(std::int64_t key, std::string_view folded
 }
 
 RegistryResult RegistryStore::DeleteValue(std::int64_t key, std::string_view foldedName) {
+  cache_.Forget();
   const Running running(deleteValue_);
   deleteValue_.Bind(1, key);
   deleteValue_.BindText(2, foldedName);

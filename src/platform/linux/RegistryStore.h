@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/Registry.h"
+#include "platform/linux/RegistryReadCache.h"
 #include "platform/linux/SqliteConnection.h"
 
 namespace tallowin::platform::linux_host {
@@ -61,12 +62,16 @@ class RegistryStore {
     const char* sql;
   };
 
+  [[nodiscard]] RegistryResult ReadKey(std::string_view foldedPath, std::int64_t& key);
+  [[nodiscard]] RegistryResult ReadValue(std::int64_t key, std::string_view foldedName,
+                                         RegistryValue& value);
   [[nodiscard]] int Check();
   [[nodiscard]] int Furnish();
   [[nodiscard]] int PrepareStatements();
   [[nodiscard]] RegistryResult EndOfList(std::int64_t key);
 
   SqliteConnection connection_;
+  RegistryReadCache cache_;
   SqliteStatement findKey_;
   SqliteStatement keyExists_;
   SqliteStatement insertKey_;

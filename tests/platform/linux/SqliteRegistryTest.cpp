@@ -262,6 +262,18 @@ TEST_F(SqliteRegistryTest, SurvivesDamageThatComesWhileItIsOpen) {
   }
 }
 
+TEST_F(SqliteRegistryTest, SeesWhatOthersWriteHoweverOftenItHasReadTheOldValue) {
+  SqliteRegistry registry = Open();
+  SqliteRegistry other = Open();
+  for (int i = 0; i < 30; ++i) {
+    const std::string written = std::to_string(i);
+    ASSERT_EQ(Set(other, "A", "x", written), registry::kSuccess);
+    // From writes that follow at once up to files that have long been at rest.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1 + 2 * i));
+    for (int reading = 0; reading < 20; ++reading) ASSERT_EQ(Get(registry, "A", "x"), written);
+  }
+}
+
 TEST_F(SqliteRegistryTest, FollowsAFileThatWasReplaced) {
   SqliteRegistry registry = Open();
   ASSERT_EQ(Set(registry, "A", "x", "old"), registry::kSuccess);
