@@ -68,7 +68,11 @@ void Tallowin::PortChk_Click() {
 
 void Tallowin::ActiveMonChk_Click() {
   const int value = options_.ActiveMonChk.Value();
-  if (value != CheckBox::Greyed) mainForm_.ActiveMonMnu.SetChecked(value == CheckBox::Checked);
+  if (value == CheckBox::Greyed) return;
+  const bool on = value == CheckBox::Checked;
+  log_.LogStatus(on ? "Trojan Sentry Enabled" : "Trojan Sentry Disabled", false);
+  mainForm_.ActiveMonMnu.SetChecked(on);
+  UpdateSentry("trojan");
 }
 
 void Tallowin::AskToRemoveLogs() {

@@ -30,6 +30,8 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       alarms_(settings_, sounds_, formFlash_, host.shutdown, MakeAlarmActions()),
       connections_(portSockets_, settings_, mainForm_, log_, chat_, alarms_, host.loop),
       simulation_(host.sockets, mainForm_, settings_, module_, questions, host.loop),
+      trojanMon_({host.registry, host.iniFiles, host.paths, host.loop}, module_, log_, questions,
+                 MakeWatchActions()),
       identD_(host.sockets, mainForm_, options_, log_, host.loop) {
   for (forms::Form* form :
        {static_cast<forms::Form*>(&mainForm_), static_cast<forms::Form*>(&options_),
@@ -81,12 +83,30 @@ portsentry::AlarmResponses::Actions Tallowin::MakeAlarmActions() {
   };
 }
 
+trojansentry::TrojanMon::Actions Tallowin::MakeWatchActions() {
+  return {
+      .PlayTrojanDetected =
+          [this] {
+            sounds_.PlaySoundEvent(portsentry::kSoundApplication, portsentry::kTrojanDetected);
+          },
+      .HuntOffendingProcess = [](std::string& offendingFile) { offendingFile.clear(); },
+  };
+}
+
 void Tallowin::UpdateSentry(std::string_view which) {
-  if (core::LowerCase(which) != "port") return;
-  // Asked before the teardown, whose log line lets the user switch once more in between.
-  const bool on = mainForm_.portsntmnu.Checked();
-  portListeners_.DeactivatePortSentry();
-  if (on) portListeners_.ActivatePortSentry();
+  const std::string sentry = core::LowerCase(which);
+  // The tick is asked for before the teardown, whose log line lets the user switch once more in
+  // between.
+  if (sentry == "port") {
+    const bool on = mainForm_.portsntmnu.Checked();
+    portListeners_.DeactivatePortSentry();
+    if (on) portListeners_.ActivatePortSentry();
+  }
+  if (sentry == "trojan") {
+    const bool on = mainForm_.ActiveMonMnu.Checked();
+    trojanMon_.StopTrojanSentry();
+    if (on) trojanMon_.StartTrojanSentry();
+  }
 }
 
 void Tallowin::SaveLog() { log_.WriteLogFile(mainForm_.Status.Text()); }

@@ -31,6 +31,7 @@
 #include "reporting/EventNotification.h"
 #include "reporting/Mail.h"
 #include "reporting/ReportHacker.h"
+#include "trojansentry/TrojanMon.h"
 
 namespace tallowin {
 
@@ -67,8 +68,8 @@ class Tallowin {
   /// whole program stands still meanwhile.
   void ShellAndWait(std::string_view commandLine);
 
-  /// "port" rebuilds or stops Port Sentry, by the tick of its menu item. The case does not count;
-  /// any other word does nothing.
+  /// "port" rebuilds or stops Port Sentry, "trojan" Trojan Sentry, by the tick of the menu item. The
+  /// case does not count; any other word does nothing.
   void UpdateSentry(std::string_view which);
 
  private:
@@ -87,6 +88,7 @@ class Tallowin {
   void EndByError(const platform::RunTimeError& error);
   [[nodiscard]] portsentry::PortSockets MakePortSockets();
   [[nodiscard]] portsentry::AlarmResponses::Actions MakeAlarmActions();
+  [[nodiscard]] trojansentry::TrojanMon::Actions MakeWatchActions();
 
   platform::Host host_;
   forms::Questions& questions_;
@@ -118,6 +120,7 @@ class Tallowin {
   portsentry::AlarmResponses alarms_;
   portsentry::ConnectionHandling connections_;
   portsentry::AttackSimulation simulation_;
+  trojansentry::TrojanMon trojanMon_;
   nettools::IdentDServer identD_;
 };
 

@@ -93,7 +93,7 @@ TEST_F(PortListenersTest, AStoredZeroStillWritesItsLines) {
   test::Program program(host);
   program.Start();
   EXPECT_THAT(program.Log(), ElementsAre("Verbose Mode Disabled", "Port Sentry Deactivated",
-                                         "IdentD Server Deactivated"));
+                                         "Trojan Sentry Deactivated", "IdentD Server Deactivated"));
   EXPECT_FALSE(program.tallowin.MainForm().portsntmnu.Checked());
 }
 

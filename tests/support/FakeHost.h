@@ -13,7 +13,9 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -133,7 +135,8 @@ class FakeLoop : public platform::EventLoop {
   int exitStatus_ = -1;
 };
 
-/// Values in the order of their first writing, under "root:path", all in lower case.
+/// Values in the order of their first writing, under the path in lower case; those of the machine
+/// under "machine:" and the path.
 class FakeRegistry : public platform::Registry {
  public:
   using Values = std::vector<std::pair<std::string, platform::RegistryValue>>;
@@ -145,6 +148,9 @@ class FakeRegistry : public platform::Registry {
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return lower;
   }
+  static std::string Place(platform::RegistryRoot root, std::string_view path) {
+    return (root == platform::RegistryRoot::LocalMachine ? "machine:" : "") + Lower(path);
+  }
   static platform::RegistryValue* Find(Values& values, std::string_view name) {
     for (auto& [stored, value] : values) {
       if (Lower(stored) == Lower(name)) return &value;
@@ -152,29 +158,41 @@ class FakeRegistry : public platform::Registry {
     return nullptr;
   }
 
-  platform::RegistryResult OpenKey(platform::RegistryRoot, std::string_view path,
+  /// Places that cannot be opened, for want of rights.
+  std::set<std::string> locked;
+  /// What a deletion of a value gives in place of its true result; success leaves it be.
+  platform::RegistryResult deletion = platform::registry::kSuccess;
+  /// The same for a query of a value.
+  platform::RegistryResult query = platform::registry::kSuccess;
+
+  platform::RegistryResult OpenKey(platform::RegistryRoot root, std::string_view path,
                                    std::unique_ptr<platform::RegistryKey>& key) override {
-    const auto found = keys.find(Lower(path));
+    key.reset();
+    const auto found = keys.find(Place(root, path));
     if (found == keys.end()) return platform::registry::kNotFound;
-    key = std::make_unique<Key>(found->second);
+    if (locked.contains(found->first)) return platform::registry::kAccessDenied;
+    key = std::make_unique<Key>(*this, found->first);
     return platform::registry::kSuccess;
   }
   platform::RegistryResult CreateKey(platform::RegistryRoot root, std::string_view path,
                                      std::unique_ptr<platform::RegistryKey>& key) override {
-    keys[Lower(path)];
+    keys[Place(root, path)];
     return OpenKey(root, path, key);
   }
-  platform::RegistryResult DeleteTree(platform::RegistryRoot, std::string_view path) override {
-    return keys.erase(Lower(path)) == 0 ? platform::registry::kNotFound
-                                        : platform::registry::kSuccess;
+  platform::RegistryResult DeleteTree(platform::RegistryRoot root,
+                                      std::string_view path) override {
+    return keys.erase(Place(root, path)) == 0 ? platform::registry::kNotFound
+                                              : platform::registry::kSuccess;
   }
 
  private:
   class Key : public platform::RegistryKey {
    public:
-    explicit Key(Values& values) : values_(values) {}
+    Key(FakeRegistry& store, std::string place)
+        : store_(store), place_(std::move(place)), values_(store.keys[place_]) {}
     platform::RegistryResult QueryValue(std::string_view name,
                                         platform::RegistryValue& value) override {
+      if (store_.query != platform::registry::kSuccess) return store_.query;
       const auto* found = Find(values_, name);
       if (found == nullptr) return platform::registry::kNotFound;
       value = *found;
@@ -190,20 +208,32 @@ class FakeRegistry : public platform::Registry {
       return platform::registry::kSuccess;
     }
     platform::RegistryResult DeleteValue(std::string_view name) override {
+      if (store_.deletion != platform::registry::kSuccess) return store_.deletion;
       return std::erase_if(
                  values_, [&](const auto& entry) { return Lower(entry.first) == Lower(name); }) == 0
                  ? platform::registry::kNotFound
                  : platform::registry::kSuccess;
     }
-    platform::RegistryResult EnumValue(std::uint32_t, std::string&,
-                                       platform::RegistryValue&) override {
-      return platform::registry::kNoMoreItems;
+    platform::RegistryResult EnumValue(std::uint32_t index, std::string& name,
+                                       platform::RegistryValue& value) override {
+      if (index >= values_.size()) return platform::registry::kNoMoreItems;
+      std::tie(name, value) = values_[index];
+      return platform::registry::kSuccess;
     }
-    platform::RegistryResult EnumKey(std::uint32_t, std::string&) override {
+    platform::RegistryResult EnumKey(std::uint32_t index, std::string& name) override {
+      for (const auto& [place, values] : store_.keys) {
+        if (!place.starts_with(place_ + "\\")) continue;
+        name = place.substr(place_.size() + 1);
+        if (name.find('\\') == std::string::npos && index-- == 0) {
+          return platform::registry::kSuccess;
+        }
+      }
       return platform::registry::kNoMoreItems;
     }
 
    private:
+    FakeRegistry& store_;
+    std::string place_;
     Values& values_;
   };
 };
@@ -220,7 +250,11 @@ class FakePaths : public platform::Paths {
     return std::filesystem::exists(path);
   }
   std::string MakeTempFile(std::string_view, std::string_view) override { return {}; }
-  [[nodiscard]] std::string SearchPath(std::string_view) const override { return {}; }
+  std::map<std::string, std::string, std::less<>> searchPath;  ///< where a search finds a name
+  [[nodiscard]] std::string SearchPath(std::string_view name) const override {
+    const auto found = searchPath.find(name);
+    return found == searchPath.end() ? "" : found->second;
+  }
   [[nodiscard]] std::string FullPath(std::string_view path) const override {
     return std::string(path);
   }
@@ -370,13 +404,22 @@ class FakeSockets : public platform::SocketFactory {
 
 class FakeIniFiles : public platform::IniFiles {
  public:
-  std::string GetPrivateProfileString(std::string_view, std::string_view, std::string_view,
-                                      std::size_t) override {
-    return {};
+  std::map<std::string, std::string> values;  ///< under "file section key", in lower case
+  bool writable = true;
+
+  static std::string Place(std::string_view file, std::string_view section, std::string_view key) {
+    return FakeRegistry::Lower(file.substr(file.rfind('/') + 1)) + " " +
+           FakeRegistry::Lower(section) + " " + FakeRegistry::Lower(key);
   }
-  bool WritePrivateProfileString(std::string_view, std::string_view, std::string_view,
-                                 std::string_view) override {
-    return false;
+  std::string GetPrivateProfileString(std::string_view file, std::string_view section,
+                                      std::string_view key, std::size_t bufferSize) override {
+    const auto found = values.find(Place(file, section, key));
+    return found == values.end() ? "" : found->second.substr(0, bufferSize - 1);
+  }
+  bool WritePrivateProfileString(std::string_view file, std::string_view section,
+                                 std::string_view key, std::string_view value) override {
+    if (writable) values[Place(file, section, key)] = value;
+    return writable;
   }
 };
 
