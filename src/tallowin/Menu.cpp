@@ -21,6 +21,8 @@ void Tallowin::WireMenu() {
   mainForm_.Removelogs.OnClick = [this] { AskToRemoveLogs(); };
   mainForm_.exittwmnu.OnClick = [this] { AskToExit(); };
 
+  mainForm_.ExeInfectChk.OnClick = [this] { infectionCheck_.ExeInfectChk_Click(); };
+
   form1_.enablemnu.OnClick = [this] { portListeners_.ActivatePortSentry(); };
   form1_.disableprotectmnu.OnClick = [this] { portListeners_.DeactivatePortSentry(); };
 

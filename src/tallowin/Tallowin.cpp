@@ -13,6 +13,7 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       questions_(questions),
       commandLine_(std::move(commandLine)),
       module_(host.paths, host.system, endpoints),
+      misc_(host.paths, host.loop),
       settings_(host.registry, mainForm_, options_),
       log_(mainForm_, options_, module_, host.loop, host.regional),
       mail_(host.smtp, log_, host.loop),
@@ -30,6 +31,18 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       alarms_(settings_, sounds_, formFlash_, host.shutdown, MakeAlarmActions()),
       connections_(portSockets_, settings_, mainForm_, log_, chat_, alarms_, host.loop),
       simulation_(host.sockets, mainForm_, settings_, module_, questions, host.loop),
+      readFile_(misc_, host.files),
+      trojanDetect_(misc_, readFile_, host.loop),
+      modList9x_(host.processes, module_),
+      infectionCheck_(mainForm_, misc_, readFile_, host.files, log_),
+      hunt_({.misc = misc_,
+             .module = module_,
+             .readFile = readFile_,
+             .trojanDetect = trojanDetect_,
+             .modList9x = modList9x_,
+             .processes = host.processes,
+             .files = host.files,
+             .questions = questions}),
       trojanMon_({host.registry, host.iniFiles, host.paths, host.loop}, module_, log_, questions,
                  MakeWatchActions()),
       identD_(host.sockets, mainForm_, options_, log_, host.loop) {
@@ -89,7 +102,8 @@ trojansentry::TrojanMon::Actions Tallowin::MakeWatchActions() {
           [this] {
             sounds_.PlaySoundEvent(portsentry::kSoundApplication, portsentry::kTrojanDetected);
           },
-      .HuntOffendingProcess = [](std::string& offendingFile) { offendingFile.clear(); },
+      .HuntOffendingProcess =
+          [this](std::string& offendingFile) { hunt_.HuntOffendingProcess(offendingFile); },
   };
 }
 

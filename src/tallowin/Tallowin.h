@@ -4,9 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/InfectionCheck.h"
+#include "analysis/ModList9x.h"
+#include "analysis/ReadFile.h"
+#include "analysis/TrojanDetect.h"
 #include "core/Endpoints.h"
 #include "core/Form1.h"
 #include "core/MainForm.h"
+#include "core/MiscRoutines.h"
 #include "core/Options.h"
 #include "core/SettingsStore.h"
 #include "core/StatusLog.h"
@@ -31,6 +36,7 @@
 #include "reporting/EventNotification.h"
 #include "reporting/Mail.h"
 #include "reporting/ReportHacker.h"
+#include "trojansentry/HuntOffendingProcess.h"
 #include "trojansentry/TrojanMon.h"
 
 namespace tallowin {
@@ -104,6 +110,7 @@ class Tallowin {
   forms::Forms forms_;
 
   core::TallowinModule module_;
+  core::MiscRoutines misc_;
   core::SettingsStore settings_;
   core::StatusLog log_;
   reporting::Mail mail_;
@@ -120,6 +127,11 @@ class Tallowin {
   portsentry::AlarmResponses alarms_;
   portsentry::ConnectionHandling connections_;
   portsentry::AttackSimulation simulation_;
+  analysis::ReadFile readFile_;
+  analysis::TrojanDetect trojanDetect_;
+  analysis::ModList9x modList9x_;
+  analysis::InfectionCheck infectionCheck_;
+  trojansentry::OffendingProcessHunt hunt_;
   trojansentry::TrojanMon trojanMon_;
   nettools::IdentDServer identD_;
 };

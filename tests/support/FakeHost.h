@@ -22,10 +22,12 @@
 #include "forms/Questions.h"
 #include "platform/DialUp.h"
 #include "platform/EventLoop.h"
+#include "platform/Files.h"
 #include "platform/Host.h"
 #include "platform/IniFiles.h"
 #include "platform/OperatingSystem.h"
 #include "platform/Paths.h"
+#include "platform/Processes.h"
 #include "platform/RegionalSettings.h"
 #include "platform/Registry.h"
 #include "platform/Shell.h"
@@ -498,6 +500,50 @@ struct FakeDialUp : platform::DialUp {
   }
 };
 
+/// Files as they lie on the disk, unless a test says that one cannot be read or deleted.
+struct FakeFiles : platform::Files {
+  std::set<std::string, std::less<>> unreadable;
+  std::set<std::string, std::less<>> undeletable;
+  std::vector<std::string> deleted;
+
+  [[nodiscard]] platform::FileContents Read(std::string_view path) override {
+    const std::string text = ReadFile(path);
+    if (text.empty() || unreadable.contains(path)) {
+      throw platform::RunTimeError(9, "Subscript out of range");
+    }
+    auto* data = static_cast<char*>(std::malloc(text.size()));
+    std::copy(text.begin(), text.end(), data);
+    return {data, text.size()};
+  }
+  void Delete(std::string_view path) override {
+    if (undeletable.contains(path)) throw platform::RunTimeError(75, "Path/File access error");
+    if (!std::filesystem::remove(path)) throw platform::RunTimeError(53, "File not found");
+    deleted.emplace_back(path);
+  }
+};
+
+/// The processes that a test makes up. Ending one takes it out of the list.
+struct FakeProcesses : platform::Processes {
+  std::vector<platform::ProcessEntry> running;
+  std::map<std::uint32_t, std::vector<platform::ModuleEntry>> modules;
+  std::uint32_t modulesResult = platform::processes::kSuccess;
+  bool snapshots = true;
+  std::vector<std::uint32_t> terminated;
+
+  [[nodiscard]] std::optional<std::vector<platform::ProcessEntry>> Snapshot() override {
+    return snapshots ? std::optional(running) : std::nullopt;
+  }
+  std::uint32_t Modules(std::uint32_t processId,
+                        std::vector<platform::ModuleEntry>& found) override {
+    if (modulesResult == platform::processes::kSuccess) found = modules[processId];
+    return modulesResult;
+  }
+  void Terminate(const platform::ProcessEntry& entry) override {
+    terminated.push_back(entry.processId);
+    std::erase_if(running, [&](const auto& other) { return other.processId == entry.processId; });
+  }
+};
+
 struct FakeHost {
   TemporaryFolder folder;
   FakeLoop loop;
@@ -515,13 +561,15 @@ struct FakeHost {
   FakeSmtp smtp;
   FakeIcmp icmp;
   FakeNames names;
+  FakeFiles files;
+  FakeProcesses processes;
 
   [[nodiscard]] platform::Host Host() { return Host(loop, sockets); }
   /// With another network in place of the fake one.
   [[nodiscard]] platform::Host Host(platform::EventLoop& onLoop,
                                     platform::SocketFactory& onSockets) {
     return {onLoop, onSockets, registry, iniFiles, paths, shell, regional, instance,
-            system, sound,     shutdown, dialUp,   smtp,  icmp,  names};
+            system, sound,     shutdown, dialUp,   smtp,  icmp,  names,    files,    processes};
   }
 
   /// The registry as the presets leave it: all switches as given, all slots empty.

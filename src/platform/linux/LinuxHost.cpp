@@ -26,6 +26,7 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
       paths_(folders, drive_),
       shell_(registry_, preparation_.userMask),
       instance_(folders.config + "/instance.lock"),
+      files_(drive_),
       host_{.loop = loop_,
             .sockets = sockets_,
             .registry = registry_,
@@ -40,7 +41,9 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
             .dialUp = dialUp_,
             .smtp = smtp_,
             .icmp = icmp_,
-            .names = names_} {
+            .names = names_,
+            .files = files_,
+            .processes = processes_} {
   std::unique_ptr<RegistryKey> root;
   const RegistryResult result = registry_.OpenKey(RegistryRoot::CurrentUser, {}, root);
   if (result == registry::kSuccess || result == registry::kNotFound) return;

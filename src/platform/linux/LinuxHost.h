@@ -11,11 +11,13 @@
 #include "platform/linux/CurlLibrary.h"
 #include "platform/linux/LinuxDialUp.h"
 #include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/LinuxIcmp.h"
 #include "platform/linux/LinuxIniFiles.h"
 #include "platform/linux/LinuxNames.h"
 #include "platform/linux/LinuxPaths.h"
+#include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxRegionalSettings.h"
 #include "platform/linux/LinuxShell.h"
 #include "platform/linux/LinuxSingleInstance.h"
@@ -76,6 +78,8 @@ class LinuxHost {
   LinuxSmtp smtp_{curl_};
   LinuxIcmp icmp_;
   LinuxNames names_;
+  LinuxFiles files_;
+  LinuxProcesses processes_;
   platform::Host host_;
 };
 
