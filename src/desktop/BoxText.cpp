@@ -3,7 +3,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScreen>
-#include <QScrollBar>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <algorithm>
@@ -42,8 +41,19 @@ QTextEdit* MakeView(QMessageBox& box) {
   return view;
 }
 
+/// What a message box leaves for the text; it never grows wider than that.
+int WidestText(QTextEdit& view, QGridLayout& grid, int screenWidth) {
+  constexpr int kSmallScreen = 1024;
+  const int widestBox =
+      screenWidth <= kSmallScreen ? screenWidth : std::min(screenWidth - 480, 1000);
+  // Measured with a view that is wider than the buttons are.
+  view.setFixedWidth(widestBox);
+  grid.invalidate();
+  return widestBox - (grid.totalMinimumSize().width() - widestBox);
+}
+
 /// As wide as the lines want and as high as the text, within the bounds of the screen.
-void SetSize(QTextEdit& view, const QSize& screen) {
+void SetSize(QTextEdit& view, int widest, int highest) {
   // Measured on a document of its own: the view keeps its own one at the width of the view.
   QTextDocument document;
   document.setDefaultFont(view.font());
@@ -51,14 +61,10 @@ void SetSize(QTextEdit& view, const QSize& screen) {
   wrapping.setWrapMode(view.wordWrapMode());
   document.setDefaultTextOption(wrapping);
   document.setPlainText(view.toPlainText());
-  const int widest =
-      std::min(kColumns * view.fontMetrics().averageCharWidth() * 5 / 4, screen.width() * 3 / 4);
   const int width = std::min(static_cast<int>(document.idealWidth()) + 1, widest);
   document.setTextWidth(width);
   const int height = static_cast<int>(document.size().height()) + 1;
-  const int highest = screen.height() * 3 / 5;
-  const int bar = height > highest ? view.verticalScrollBar()->sizeHint().width() : 0;
-  view.setFixedSize(width + bar, std::min(height, highest));
+  view.setFixedSize(width, std::min(height, highest));
 }
 
 }  // namespace
@@ -68,9 +74,10 @@ void GiveRoom(QMessageBox& box) {
   auto* grid = qobject_cast<QGridLayout*>(box.layout());
   if (label == nullptr || grid == nullptr || !NeedsRoom(box.text())) return;
   QTextEdit* view = MakeView(box);
-  SetSize(*view, box.screen()->availableSize());
   delete grid->replaceWidget(label, view);
   label->hide();
+  const QSize screen = box.screen()->availableSize();
+  SetSize(*view, WidestText(*view, *grid, screen.width()), screen.height() * 3 / 5);
 }
 
 }  // namespace tallowin::desktop
