@@ -35,12 +35,13 @@ void WriteProgram(const std::string& path, const std::string& base64) {
 }  // namespace
 
 void InfectionCheck::ExeInfectChk_Click() {
-  log_.LogStatus("Creating EXE/COM Files With Known Checksum", true);
-  const std::string base = FreeBase(misc_);
-  WriteProgram(base + "com", mainForm_.Testcom.Text());
-  WriteProgram(base + "exe", mainForm_.TestEXE.Text());
-  log_.LogStatus("Waiting 10 Seconds For Infection...", true);
-  waiting_.push_back(base);
+  loop_.Post([this] { Run(); });
+}
+
+void InfectionCheck::Run() {
+  // A run that came between the log lines of another would hold that one up for good.
+  if (writing_) return ExeInfectChk_Click();
+  waiting_.push_back(WritePair());
   // One wait stands for all: a further one upon it would hold up nothing more than the first one
   // does, and the stack would not bear many of them.
   if (waiting_.size() > 1) return;
@@ -50,6 +51,20 @@ void InfectionCheck::ExeInfectChk_Click() {
     waiting_.pop_back();
     Compare(newest);
   }
+}
+
+std::string InfectionCheck::WritePair() {
+  struct Writing {
+    explicit Writing(bool& flag) : writing(flag) { writing = true; }
+    ~Writing() { writing = false; }
+    bool& writing;
+  } const guard(writing_);
+  log_.LogStatus("Creating EXE/COM Files With Known Checksum", true);
+  std::string base = FreeBase(misc_);
+  WriteProgram(base + "com", mainForm_.Testcom.Text());
+  WriteProgram(base + "exe", mainForm_.TestEXE.Text());
+  log_.LogStatus("Waiting 10 Seconds For Infection...", true);
+  return base;
 }
 
 void InfectionCheck::Compare(const std::string& base) {

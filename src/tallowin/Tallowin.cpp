@@ -34,7 +34,7 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       readFile_(misc_, host.files),
       trojanDetect_(misc_, readFile_, host.loop),
       modList9x_(host.processes, module_),
-      infectionCheck_(mainForm_, misc_, readFile_, host.files, log_),
+      infectionCheck_(mainForm_, misc_, readFile_, host.files, log_, host.loop),
       hunt_({.misc = misc_,
              .module = module_,
              .readFile = readFile_,

@@ -48,9 +48,13 @@ struct InfectionCheckTest : testing::Test {
   core::StatusLog log{mainForm, options, module, loop, host.regional};
   core::MiscRoutines misc{paths, loop};
   ReadFile readFile{misc, host.files};
-  InfectionCheck check{mainForm, misc, readFile, host.files, log};
+  InfectionCheck check{mainForm, misc, readFile, host.files, log, loop};
 
   std::string Base(int pair) { return host.folder.Path() + "/TW" + std::to_string(pair) + "."; }
+  void Click(int times = 1) {
+    for (; times > 0; --times) check.ExeInfectChk_Click();
+    while (!loop.pending.empty()) loop.DoEvents();
+  }
   [[nodiscard]] const std::string& Log() const { return mainForm.Status.Text(); }
 };
 
@@ -72,7 +76,7 @@ TEST_F(InfectionCheckTest, StandsInTheWaitWithBothFilesWritten) {
     EXPECT_FALSE(fs::exists(Base(1) + "tmp"));
     loop.End(0);
   };
-  EXPECT_THROW(check.ExeInfectChk_Click(), platform::ProgramEnded);
+  EXPECT_THROW(Click(), platform::ProgramEnded);
   EXPECT_THAT(Log(), Not(HasSubstr("modified")));
   EXPECT_TRUE(fs::exists(Base(1) + "exe"));
 }
@@ -80,10 +84,10 @@ TEST_F(InfectionCheckTest, StandsInTheWaitWithBothFilesWritten) {
 TEST_F(InfectionCheckTest, ClicksDuringTheWaitMakeMorePairsAndNoDeeperStack) {
   loop.duringWait = [&] {
     loop.duringWait = nullptr;
-    for (int click = 0; click < 3; ++click) check.ExeInfectChk_Click();
+    Click(3);
     std::ofstream(Base(3) + "com", std::ios::app) << "V";
   };
-  check.ExeInfectChk_Click();
+  Click();
   EXPECT_EQ(loop.waits, 1);
   EXPECT_EQ(paths.made, 4);
   EXPECT_THAT(Log(), HasSubstr("The EXE file was not modified\r\n"));
@@ -94,13 +98,13 @@ TEST_F(InfectionCheckTest, ClicksDuringTheWaitMakeMorePairsAndNoDeeperStack) {
 
 TEST_F(InfectionCheckTest, AFileThatWasDeletedCountsAsModified) {
   loop.duringWait = [&] { fs::remove(Base(1) + "exe"); };
-  EXPECT_THROW(check.ExeInfectChk_Click(), platform::RunTimeError);  // from its deletion
+  EXPECT_THROW(Click(), platform::RunTimeError);  // from its deletion
   EXPECT_THAT(Log(), HasSubstr("The EXE file was modified, this could be a virus\r\n"));
 }
 
 TEST_F(InfectionCheckTest, AFolderThatCannotBeWrittenIsAnError) {
   paths.writable = false;
-  EXPECT_THROW(check.ExeInfectChk_Click(), platform::RunTimeError);
+  EXPECT_THROW(Click(), platform::RunTimeError);
   EXPECT_EQ(loop.waits, 0);
 }
 
