@@ -21,6 +21,7 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
                 [this](const std::string& setAside) {
                   warn_("the settings were damaged; the damaged file lies at " + setAside);
                 }),
+      autostart_(registry_, AutostartPlaces::FromEnvironment(folders)),
       drive_(folders),
       iniFiles_(drive_),
       paths_(folders, drive_),
@@ -29,7 +30,7 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
       files_(drive_),
       host_{.loop = loop_,
             .sockets = sockets_,
-            .registry = registry_,
+            .registry = autostart_,
             .iniFiles = iniFiles_,
             .paths = paths_,
             .shell = shell_,

@@ -8,6 +8,7 @@
 
 #include "platform/Host.h"
 #include "platform/OperatingSystem.h"
+#include "platform/linux/AutostartRegistry.h"
 #include "platform/linux/CurlLibrary.h"
 #include "platform/linux/LinuxDialUp.h"
 #include "platform/linux/LinuxEventLoop.h"
@@ -64,6 +65,7 @@ class LinuxHost {
   LinuxEventLoop loop_;
   LinuxSocketFactory sockets_;
   SqliteRegistry registry_;
+  AutostartRegistry autostart_;  ///< the registry as the system sees it
   WindowsDrive drive_;
   LinuxIniFiles iniFiles_;
   LinuxPaths paths_;
