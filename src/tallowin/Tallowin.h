@@ -74,8 +74,8 @@ class Tallowin {
   /// whole program stands still meanwhile.
   void ShellAndWait(std::string_view commandLine);
 
-  /// "port" rebuilds or stops Port Sentry, "trojan" Trojan Sentry, by the tick of the menu item. The
-  /// case does not count; any other word does nothing.
+  /// "port" rebuilds or stops Port Sentry, "trojan" Trojan Sentry, by the tick of the menu item.
+  /// The case does not count; any other word does nothing.
   void UpdateSentry(std::string_view which);
 
  private:

@@ -181,8 +181,7 @@ class FakeRegistry : public platform::Registry {
     keys[Place(root, path)];
     return OpenKey(root, path, key);
   }
-  platform::RegistryResult DeleteTree(platform::RegistryRoot root,
-                                      std::string_view path) override {
+  platform::RegistryResult DeleteTree(platform::RegistryRoot root, std::string_view path) override {
     return keys.erase(Place(root, path)) == 0 ? platform::registry::kNotFound
                                               : platform::registry::kSuccess;
   }
