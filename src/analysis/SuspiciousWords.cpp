@@ -64,9 +64,8 @@ void Mark(const unsigned char* text, unsigned char* marks, std::size_t size) {
   MarkStarts(text, marks, size, std::make_index_sequence<kSuspiciousWords.size()>());
 }
 
-/// The highest level of the words that `text` starts with.
-int LevelAt(std::string_view text) {
-  int level = 1;
+/// `level`, or the higher one of a word that `text` starts with.
+int LevelAt(std::string_view text, int level) {
   for (const SuspiciousWord& entry : kSuspiciousWords) {
     if (entry.level > level && text.starts_with(entry.word)) level = entry.level;
   }
@@ -95,7 +94,7 @@ class Scan {
     std::memcpy(&eight, marks_.data() + first, sizeof eight);
     if (eight == 0) return;
     for (std::size_t i = first; i < first + sizeof eight; ++i) {
-      if (marks_[i] != 0) level_ = std::max(level_, LevelAt(text_.substr(begin + i, kLongestWord)));
+      if (marks_[i] != 0) level_ = LevelAt(text_.substr(begin + i, kLongestWord), level_);
     }
   }
 

@@ -72,6 +72,7 @@ std::vector<ModuleEntry> ModulesFrom(std::istream& maps) {
     if (mapping->executable) executable.emplace(base->second, mapping->file);
   }
   std::vector<ModuleEntry> modules;
+  modules.reserve(executable.size());
   for (const auto& [base, file] : executable) {
     modules.push_back({.handle = base, .exePath = std::string(WithoutDeletedMark(file))});
   }
