@@ -77,7 +77,7 @@ class TrojanSentry(TestCase):
     def end_tick(self, program, answer):
         """What changes before the end of the tick counts as accepted with it."""
         program.send(answer)
-        for _ in range(2):  # the first may still come in the pass of the loop that brings the answer
+        for _ in range(2):  # the first may come in the pass of the loop that brings the answer
             program.get("MainForm.ActiveMonMnu")
 
     def stored(self, name):
