@@ -1,5 +1,7 @@
 #include "core/MainForm.h"
 
+#include "core/TestPrograms.h"
+
 namespace tallowin::core {
 
 namespace {
@@ -14,10 +16,12 @@ constexpr const char* kArgHelp =
 }  // namespace
 
 MainForm::MainForm()
-    : Form("MainForm"), ArgHelp{NonVisible, "ArgHelp", {.text = kArgHelp, .multiLine = true}} {
+    : Form("MainForm"),
+      ArgHelp{NonVisible, "ArgHelp", {.text = kArgHelp, .multiLine = true}},
+      TestEXE{NonVisible, "TestEXE", {.text = kTestExe, .multiLine = true}},
+      Testcom{NonVisible, "Testcom", {.text = kTestCom, .multiLine = true}} {
   portsntmnu.SetChecked(true);
   ActiveMonMnu.SetChecked(true);
-  ActiveMonMnu.SetVisible(false);
   Status.SetToolTip("Status Information");
   LoggedIPs.SetToolTip("IP addresses of malicious users");
   NonVisible.SetVisible(false);

@@ -16,8 +16,6 @@ class MainForm : public forms::Form {
 
   forms::MenuItem protmnu{*this, "protmnu", "&Services"};
   forms::MenuItem portsntmnu{protmnu, "portsntmnu", "&Port Sentry"};
-  /// Hidden until there is a watch that it could switch; "-disablemon" already makes the choice
-  /// durable through it.
   forms::MenuItem ActiveMonMnu{protmnu, "ActiveMonMnu", "&Trojan Sentry"};
   forms::MenuItem identmnu{protmnu, "identmnu", "&IdentD Server"};
   forms::MenuItem ServiceSep{protmnu, "ServiceSep", "-"};
@@ -25,6 +23,9 @@ class MainForm : public forms::Form {
   forms::MenuItem savelog{protmnu, "savelog", "Save &Log File"};
   forms::MenuItem Removelogs{protmnu, "Removelogs", "Remove &All Logs"};
   forms::MenuItem exittwmnu{protmnu, "exittwmnu", "E&xit Tallowin"};
+
+  forms::MenuItem analysis{*this, "analysis", "&Local Utilities"};
+  forms::MenuItem ExeInfectChk{analysis, "ExeInfectChk", "&Executable Infection Check"};
 
   forms::MenuItem inetdefense{*this, "inetdefense", "&Internet Utilities"};
   forms::MenuItem simhack{inetdefense, "simhack", "Simulate &Hacker"};
@@ -45,6 +46,9 @@ class MainForm : public forms::Form {
   /// Below the height that start-up gives the window: never seen.
   forms::Frame NonVisible{*this, "NonVisible", "Non Visible Components"};
   forms::TextBox ArgHelp;
+  /// The two programs of the infection check, as base64 text.
+  forms::TextBox TestEXE;
+  forms::TextBox Testcom;
 };
 
 }  // namespace tallowin::core

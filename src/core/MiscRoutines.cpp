@@ -145,9 +145,15 @@ std::string MiscRoutines::GetShortPath(std::string_view path) const {
 std::string MiscRoutines::GetFullPath(std::string_view path) const { return paths_.FullPath(path); }
 
 void MiscRoutines::WaitForMilliseconds(std::int32_t delay) {
+  if (delay <= 0) return;
   // Nothing reads a clock here, and what comes behind a call of this must not be reached: only the
-  // end of the program leaves the wait.
-  if (delay > 0) loop_.RunUntil([] { return false; });
+  // end of the program leaves the wait. Turn follows upon turn without a rest.
+  bool turning = false;
+  loop_.RunUntil([this, &turning] {
+    if (!turning) loop_.Post([&turning] { turning = false; });
+    turning = true;
+    return false;
+  });
 }
 
 }  // namespace tallowin::core

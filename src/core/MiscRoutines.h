@@ -61,8 +61,9 @@ class MiscRoutines {
   [[nodiscard]] std::string GetShortPath(std::string_view path) const;
   [[nodiscard]] std::string GetFullPath(std::string_view path) const;
 
-  /// Never returns for a delay above 0, and keeps the program responsive around the caller, whose
-  /// flow ends here: the two times that are compared both stand still. Not to be given a clock.
+  /// A busy wait. Never returns for a delay above 0, and keeps the program responsive around the
+  /// caller, whose flow ends here: the two times that are compared both stand still. Not to be
+  /// given a clock.
   void WaitForMilliseconds(std::int32_t delay);
 
  private:

@@ -5,8 +5,9 @@
 #include <QPushButton>
 #include <QTextDocument>
 #include <QTextOption>
-#include <algorithm>
 
+#include "desktop/AnswerGuard.h"
+#include "desktop/BoxText.h"
 #include "desktop/Text.h"
 
 namespace tallowin::desktop {
@@ -33,12 +34,6 @@ QMessageBox::Icon IconOf(MessageBoxStyle style) {
   return QMessageBox::NoIcon;
 }
 
-bool AnyWindowShows() {
-  const auto windows = QApplication::topLevelWidgets();
-  return std::any_of(windows.begin(), windows.end(),
-                     [](const QWidget* w) { return w->isVisible(); });
-}
-
 /// Texts are laid out for the tabs that message boxes have, 8 characters of average width apart;
 /// a label of the toolkit has them far wider apart.
 void SetTabs(QMessageBox& box) {
@@ -57,19 +52,20 @@ void Fill(QMessageBox& box, const std::string& text, MessageBoxStyle style) {
   box.setTextFormat(Qt::PlainText);
   box.setText(ToQString(text));
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  SetTabs(box);
   box.setStandardButtons(yesNo ? QMessageBox::Yes | QMessageBox::No
                                : QMessageBox::StandardButtons(QMessageBox::Ok));
   const auto harmless = yesNo ? QMessageBox::No : QMessageBox::Ok;
   box.setDefaultButton(harmless);
   box.setEscapeButton(harmless);
+  GiveRoom(box);
+  SetTabs(box);
 }
 
-/// Without the keyboard if the user is at work elsewhere. Before there is any window, the box is
-/// what the user has started the program for.
-void Show(QMessageBox& box) {
-  const bool intrudes = AnyWindowShows() && QApplication::activeWindow() == nullptr;
+/// A box that intrudes comes without the keyboard, and in front, so that it is not missed: many
+/// window managers put a window that does not ask for the keyboard behind the others.
+void Show(QMessageBox& box, bool intrudes) {
   box.setAttribute(Qt::WA_ShowWithoutActivating, intrudes);
+  box.setWindowFlag(Qt::WindowStaysOnTopHint, intrudes);
   // Not open(), which would block one window only.
   box.setWindowModality(Qt::ApplicationModal);
   box.show();
@@ -81,16 +77,23 @@ void Show(QMessageBox& box) {
 
 }  // namespace
 
+bool DesktopQuestions::Intrudes() const {
+  constexpr int kWantedMilliseconds = 2000;
+  return QApplication::activeWindow() == nullptr && sinceWanted_.hasExpired(kWantedMilliseconds);
+}
+
 Answer DesktopQuestions::MsgBox(const std::string& text, MessageBoxStyle style,
                                 const std::string& title) {
   // Not a child of a window that is minimised, which would hide the box with it.
   QMessageBox box(QApplication::activeWindow());
-  Fill(box, text, style);
   box.setWindowTitle(ToWindowTitle(title));
+  Fill(box, text, style);
   bool finished = false;
   QObject::connect(&box, &QMessageBox::finished, &box, [&finished] { finished = true; });
-  Show(box);
+  Show(box, Intrudes());
+  const AnswerGuard guard(box);
   loop_.RunUntil([&finished] { return finished; });
+  sinceWanted_.restart();
   if (!forms::AsksYesNo(style)) return Answer::Ok;
   return box.standardButton(box.clickedButton()) == QMessageBox::Yes ? Answer::Yes : Answer::No;
 }

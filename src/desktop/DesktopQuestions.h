@@ -1,22 +1,30 @@
 // Questions as message boxes.
 #pragma once
 
+#include <QElapsedTimer>
+
 #include "forms/Questions.h"
 #include "platform/EventLoop.h"
 
 namespace tallowin::desktop {
 
 /// The box waits in the program's own loop, so that the end of the program ends the question too.
-/// Where Yes and No are offered, No is what Enter and Escape choose.
+/// Where Yes and No are offered, No is what Enter and Escape choose; keys that were meant for
+/// something else are kept away by AnswerGuard.
 class DesktopQuestions : public forms::Questions {
  public:
-  explicit DesktopQuestions(platform::EventLoop& loop) : loop_(loop) {}
+  explicit DesktopQuestions(platform::EventLoop& loop) : loop_(loop) { sinceWanted_.start(); }
 
   forms::Answer MsgBox(const std::string& text, forms::MessageBoxStyle style,
                        const std::string& title) override;
 
  private:
+  /// Whether the user is at work elsewhere. Right behind the start of the program or an answer the
+  /// box is what the user waits for, though no window of ours need be there.
+  [[nodiscard]] bool Intrudes() const;
+
   platform::EventLoop& loop_;
+  QElapsedTimer sinceWanted_;
 };
 
 }  // namespace tallowin::desktop

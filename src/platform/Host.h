@@ -18,6 +18,8 @@ class DialUp;
 class Smtp;
 class Icmp;
 class Names;
+class Files;
+class Processes;
 
 /// References only: the host that builds it owns everything and outlives the program.
 struct Host {
@@ -36,6 +38,8 @@ struct Host {
   Smtp& smtp;
   Icmp& icmp;
   Names& names;
+  Files& files;
+  Processes& processes;
 };
 
 }  // namespace tallowin::platform

@@ -21,6 +21,8 @@ void Tallowin::WireMenu() {
   mainForm_.Removelogs.OnClick = [this] { AskToRemoveLogs(); };
   mainForm_.exittwmnu.OnClick = [this] { AskToExit(); };
 
+  mainForm_.ExeInfectChk.OnClick = [this] { infectionCheck_.ExeInfectChk_Click(); };
+
   form1_.enablemnu.OnClick = [this] { portListeners_.ActivatePortSentry(); };
   form1_.disableprotectmnu.OnClick = [this] { portListeners_.DeactivatePortSentry(); };
 
@@ -68,7 +70,11 @@ void Tallowin::PortChk_Click() {
 
 void Tallowin::ActiveMonChk_Click() {
   const int value = options_.ActiveMonChk.Value();
-  if (value != CheckBox::Greyed) mainForm_.ActiveMonMnu.SetChecked(value == CheckBox::Checked);
+  if (value == CheckBox::Greyed) return;
+  const bool on = value == CheckBox::Checked;
+  log_.LogStatus(on ? "Trojan Sentry Enabled" : "Trojan Sentry Disabled", false);
+  mainForm_.ActiveMonMnu.SetChecked(on);
+  UpdateSentry("trojan");
 }
 
 void Tallowin::AskToRemoveLogs() {

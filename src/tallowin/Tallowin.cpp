@@ -13,6 +13,7 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       questions_(questions),
       commandLine_(std::move(commandLine)),
       module_(host.paths, host.system, endpoints),
+      misc_(host.paths, host.loop),
       settings_(host.registry, mainForm_, options_),
       log_(mainForm_, options_, module_, host.loop, host.regional),
       mail_(host.smtp, log_, host.loop),
@@ -30,6 +31,20 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       alarms_(settings_, sounds_, formFlash_, host.shutdown, MakeAlarmActions()),
       connections_(portSockets_, settings_, mainForm_, log_, chat_, alarms_, host.loop),
       simulation_(host.sockets, mainForm_, settings_, module_, questions, host.loop),
+      readFile_(misc_, host.files),
+      trojanDetect_(misc_, readFile_, host.loop),
+      modList9x_(host.processes, module_),
+      infectionCheck_(mainForm_, misc_, readFile_, host.files, log_, host.loop),
+      hunt_({.misc = misc_,
+             .module = module_,
+             .readFile = readFile_,
+             .trojanDetect = trojanDetect_,
+             .modList9x = modList9x_,
+             .processes = host.processes,
+             .files = host.files,
+             .questions = questions}),
+      trojanMon_({host.registry, host.iniFiles, host.paths, host.loop}, module_, log_, questions,
+                 MakeWatchActions()),
       identD_(host.sockets, mainForm_, options_, log_, host.loop) {
   for (forms::Form* form :
        {static_cast<forms::Form*>(&mainForm_), static_cast<forms::Form*>(&options_),
@@ -81,12 +96,31 @@ portsentry::AlarmResponses::Actions Tallowin::MakeAlarmActions() {
   };
 }
 
+trojansentry::TrojanMon::Actions Tallowin::MakeWatchActions() {
+  return {
+      .PlayTrojanDetected =
+          [this] {
+            sounds_.PlaySoundEvent(portsentry::kSoundApplication, portsentry::kTrojanDetected);
+          },
+      .HuntOffendingProcess =
+          [this](std::string& offendingFile) { hunt_.HuntOffendingProcess(offendingFile); },
+  };
+}
+
 void Tallowin::UpdateSentry(std::string_view which) {
-  if (core::LowerCase(which) != "port") return;
-  // Asked before the teardown, whose log line lets the user switch once more in between.
-  const bool on = mainForm_.portsntmnu.Checked();
-  portListeners_.DeactivatePortSentry();
-  if (on) portListeners_.ActivatePortSentry();
+  const std::string sentry = core::LowerCase(which);
+  // The tick is asked for before the teardown, whose log line lets the user switch once more in
+  // between.
+  if (sentry == "port") {
+    const bool on = mainForm_.portsntmnu.Checked();
+    portListeners_.DeactivatePortSentry();
+    if (on) portListeners_.ActivatePortSentry();
+  }
+  if (sentry == "trojan") {
+    const bool on = mainForm_.ActiveMonMnu.Checked();
+    trojanMon_.StopTrojanSentry();
+    if (on) trojanMon_.StartTrojanSentry();
+  }
 }
 
 void Tallowin::SaveLog() { log_.WriteLogFile(mainForm_.Status.Text()); }

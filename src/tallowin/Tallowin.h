@@ -4,9 +4,14 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/InfectionCheck.h"
+#include "analysis/ModList9x.h"
+#include "analysis/ReadFile.h"
+#include "analysis/TrojanDetect.h"
 #include "core/Endpoints.h"
 #include "core/Form1.h"
 #include "core/MainForm.h"
+#include "core/MiscRoutines.h"
 #include "core/Options.h"
 #include "core/SettingsStore.h"
 #include "core/StatusLog.h"
@@ -31,6 +36,8 @@
 #include "reporting/EventNotification.h"
 #include "reporting/Mail.h"
 #include "reporting/ReportHacker.h"
+#include "trojansentry/HuntOffendingProcess.h"
+#include "trojansentry/TrojanMon.h"
 
 namespace tallowin {
 
@@ -67,8 +74,8 @@ class Tallowin {
   /// whole program stands still meanwhile.
   void ShellAndWait(std::string_view commandLine);
 
-  /// "port" rebuilds or stops Port Sentry, by the tick of its menu item. The case does not count;
-  /// any other word does nothing.
+  /// "port" rebuilds or stops Port Sentry, "trojan" Trojan Sentry, by the tick of the menu item.
+  /// The case does not count; any other word does nothing.
   void UpdateSentry(std::string_view which);
 
  private:
@@ -87,6 +94,7 @@ class Tallowin {
   void EndByError(const platform::RunTimeError& error);
   [[nodiscard]] portsentry::PortSockets MakePortSockets();
   [[nodiscard]] portsentry::AlarmResponses::Actions MakeAlarmActions();
+  [[nodiscard]] trojansentry::TrojanMon::Actions MakeWatchActions();
 
   platform::Host host_;
   forms::Questions& questions_;
@@ -102,6 +110,7 @@ class Tallowin {
   forms::Forms forms_;
 
   core::TallowinModule module_;
+  core::MiscRoutines misc_;
   core::SettingsStore settings_;
   core::StatusLog log_;
   reporting::Mail mail_;
@@ -118,6 +127,12 @@ class Tallowin {
   portsentry::AlarmResponses alarms_;
   portsentry::ConnectionHandling connections_;
   portsentry::AttackSimulation simulation_;
+  analysis::ReadFile readFile_;
+  analysis::TrojanDetect trojanDetect_;
+  analysis::ModList9x modList9x_;
+  analysis::InfectionCheck infectionCheck_;
+  trojansentry::OffendingProcessHunt hunt_;
+  trojansentry::TrojanMon trojanMon_;
   nettools::IdentDServer identD_;
 };
 

@@ -14,10 +14,14 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
+#include <QTextEdit>
 #include <QToolButton>
 #include <QWindow>
+#include <utility>
 
+#include "desktop/AnswerGuard.h"
 #include "desktop/ChatWindowView.h"
 #include "desktop/DesktopQuestions.h"
 #include "desktop/MainWindow.h"
@@ -89,7 +93,7 @@ TEST_F(MainWindowTest, MenuMirrorsItems) {
   EXPECT_EQ(Item("clearlog").text(), "&Clear Log");
   EXPECT_TRUE(Item("ServiceSep").isSeparator());
   EXPECT_TRUE(Item("portsntmnu").isChecked());
-  EXPECT_FALSE(Item("ActiveMonMnu").isVisible());
+  EXPECT_TRUE(Item("ActiveMonMnu").isChecked());
 
   // The handler alone decides on the tick.
   Item("identmnu").trigger();
@@ -296,13 +300,19 @@ TEST(ChatWindowViewTest, EnterSendsAndTheTitleBarOnlyHides) {
   EXPECT_FALSE(form.Visible());
 }
 
-/// Presses `key` in the next box, as soon as it is there.
+bool TakesKeys(const QMessageBox& box) {
+  const auto* guard = static_cast<AnswerGuard*>(box.findChild<QObject*>("AnswerGuard"));
+  return guard != nullptr && guard->Armed();
+}
+
+/// Presses `key` in the next box, as soon as it takes keys.
 Answer AnswerTo(int key, MessageBoxStyle style, const std::string& text = "Really?") {
   QtLoop loop;
   DesktopQuestions questions(loop);
   std::function<void()> answer = [&] {
     auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (box == nullptr || box->focusWidget() == nullptr) return QTimer::singleShot(1, answer);
+    if (!TakesKeys(*box)) return QTimer::singleShot(10, answer);
     EXPECT_EQ(box->textFormat(), Qt::PlainText);
     EXPECT_EQ(box->text().toStdString(), text);
     EXPECT_TRUE(box->textInteractionFlags() & Qt::TextSelectableByMouse);
@@ -317,6 +327,55 @@ TEST(DesktopQuestionsTest, KeyboardChoosesTheHarmlessAnswer) {
   EXPECT_EQ(AnswerTo(Qt::Key_Return, MessageBoxStyle::YesNoInformation), Answer::No);
   EXPECT_EQ(AnswerTo(Qt::Key_Escape, MessageBoxStyle::Plain, kMarkup), Answer::Ok);
   EXPECT_EQ(AnswerTo(Qt::Key_Return, MessageBoxStyle::Stop), Answer::Ok);
+}
+
+TEST(DesktopQuestionsTest, WhatWasMeantForSomethingElseAnswersNothing) {
+  QtLoop loop;
+  DesktopQuestions questions(loop);
+  bool pressedEarly = false;
+  std::function<void()> press = [&] {
+    auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr || !box->isVisible()) return QTimer::singleShot(1, press);
+    QAbstractButton& yes = *box->button(QMessageBox::Yes);
+    yes.setFocus();
+    if (!std::exchange(pressedEarly, true)) {
+      Press(yes, Qt::Key_Space);
+      Press(yes, Qt::Key_Return);
+      Press(yes, Qt::Key_Escape);
+      Press(*box, Qt::Key_Y, {}, "y");
+      EXPECT_FALSE(TakesKeys(*box));
+    }
+    EXPECT_TRUE(box->isVisible());
+    if (!TakesKeys(*box)) return QTimer::singleShot(10, press);
+    Press(*box, Qt::Key_Y, {}, "y");
+    EXPECT_TRUE(box->isVisible()) << "a letter presses no button";
+    Press(yes, Qt::Key_Space);
+  };
+  QTimer::singleShot(0, press);
+  EXPECT_EQ(questions.MsgBox("Really?", MessageBoxStyle::YesNoInformation, "Title"), Answer::Yes);
+}
+
+TEST(DesktopQuestionsTest, ALongTextStaysOnTheScreenAndIsPlain) {
+  const std::string text =
+      "Head\n" + std::string(5000, 'x') + "\n" + kMarkup + "\n" + std::string(3000, '\n') + "End";
+  QtLoop loop;
+  DesktopQuestions questions(loop);
+  std::function<void()> look = [&] {
+    auto* box = dynamic_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr || !box->isVisible()) return QTimer::singleShot(1, look);
+    const auto* view = box->findChild<QTextEdit*>("MsgBoxText");
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->toPlainText().toStdString(), text);
+    EXPECT_TRUE(view->textInteractionFlags() & Qt::TextSelectableByMouse);
+    EXPECT_EQ(view->horizontalScrollBar()->maximum(), 0) << "long words are broken";
+    EXPECT_TRUE(box->rect().contains(view->geometry()));
+    const QSize screen = box->screen()->availableSize();
+    EXPECT_EQ(box->size().boundedTo(screen), box->size());
+    EXPECT_EQ(box->focusWidget(), box->button(QMessageBox::No));
+    box->close();
+  };
+  QTimer::singleShot(0, look);
+  EXPECT_EQ(questions.MsgBox(text, MessageBoxStyle::YesNoInformation, "Title"), Answer::No);
 }
 
 TEST(DesktopQuestionsTest, YesIsYesAndTheEndOfTheProgramEndsTheBox) {

@@ -323,7 +323,11 @@ class Home:
         self.write({SETTINGS: {name.replace("_", " "): data for name, data in values.items()}})
 
     def set_up(self, slots, **settings):
-        """The presets with this table instead of theirs: {slot: (port, action, packet)}."""
+        """The presets with this table instead of theirs: {slot: (port, action, packet)}.
+
+        Trojan Sentry is off unless it is asked for: what changes on the machine around a test is
+        none of its business.
+        """
         self.import_presets()
         keys = {f"{PORTS}{slot}": {"Socket Number": 0} for slot in range(1, 16)}
         for slot, (port, action, packet) in slots.items():
@@ -333,6 +337,7 @@ class Home:
                 "Action": action,
                 "Packet To Send": packet,
             }
+        settings = {"Trojan_Sentry": 0, **settings}
         keys[SETTINGS] = {name.replace("_", " "): data for name, data in settings.items()}
         self.write(keys)
 

@@ -18,6 +18,7 @@ QUIET_START = [
     "Verbose Mode Disabled",
     "Port Sentry Deactivated",
     "Port Sentry Activated",
+    "Trojan Sentry Deactivated",
     "IdentD Server Deactivated",
 ]
 
@@ -28,7 +29,7 @@ class Start(TestCase):
         program = self.start()
         # Another program on this machine may hold one of the preset ports.
         messages = [m for m in program.messages if not m.startswith("Error Initialising Port ")]
-        self.assertEqual(messages, QUIET_START)
+        self.assertEqual(messages, [*QUIET_START[:-1], "Trojan Sentry Activated", QUIET_START[-1]])
         self.assertIn("MainForm\tForm\t\thidden\tTallowin 1", program.ask("forms"))
         self.assertEqual(program.quit(), 0)
         self.assertEqual(program.errors, b"")
@@ -49,7 +50,7 @@ class Start(TestCase):
         program.quit()
         self.home.set_settings(Trojan_Sentry=None)
         program = self.start(until="Port Sentry Activated")
-        self.assertEqual(program.messages, QUIET_START[:-1])
+        self.assertEqual(program.messages, QUIET_START[:-2])
         self.assertEqual(program.get("Options.PortChk"), "1")
         self.assertEqual(program.get("Options.ActiveMonChk"), "2")
         self.assertEqual(program.get("Options.IdentDChk"), "2")
@@ -102,11 +103,12 @@ class CommandLine(TestCase):
         program.quit()
         program = self.start()
         self.assertEqual(program.messages, [
-            "Verbose Mode Disabled", "Port Sentry Deactivated", "IdentD Server Deactivated"])
+            "Verbose Mode Disabled", "Port Sentry Deactivated", "Trojan Sentry Deactivated",
+            "IdentD Server Deactivated"])
         self.assertEqual(program.get("MainForm.portsntmnu"), "")
 
     def test_disablemon(self):
-        self.home.set_up({})
+        self.home.set_up({}, Trojan_Sentry=1)
         for arguments in (["-disablemon"], []):
             program = self.start(*arguments)
             self.assertEqual(program.get("Options.ActiveMonChk"), "0")
@@ -189,6 +191,8 @@ class Callers(TestCase):
             *[f"Array ID {slot} Not in use" for slot in range(4, 15)],
             f"Port {ports[1]} Initialised",
             "Port Sentry Activated",
+            "Trojan Sentry Disabled",
+            "Trojan Sentry Deactivated",
             "Always On Top Disabled",
             "IdentD Server Deactivated",
         ])

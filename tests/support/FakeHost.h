@@ -13,17 +13,21 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "forms/Questions.h"
 #include "platform/DialUp.h"
 #include "platform/EventLoop.h"
+#include "platform/Files.h"
 #include "platform/Host.h"
 #include "platform/IniFiles.h"
 #include "platform/OperatingSystem.h"
 #include "platform/Paths.h"
+#include "platform/Processes.h"
 #include "platform/RegionalSettings.h"
 #include "platform/Registry.h"
 #include "platform/Shell.h"
@@ -133,7 +137,8 @@ class FakeLoop : public platform::EventLoop {
   int exitStatus_ = -1;
 };
 
-/// Values in the order of their first writing, under "root:path", all in lower case.
+/// Values in the order of their first writing, under the path in lower case; those of the machine
+/// under "machine:" and the path.
 class FakeRegistry : public platform::Registry {
  public:
   using Values = std::vector<std::pair<std::string, platform::RegistryValue>>;
@@ -145,6 +150,9 @@ class FakeRegistry : public platform::Registry {
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return lower;
   }
+  static std::string Place(platform::RegistryRoot root, std::string_view path) {
+    return (root == platform::RegistryRoot::LocalMachine ? "machine:" : "") + Lower(path);
+  }
   static platform::RegistryValue* Find(Values& values, std::string_view name) {
     for (auto& [stored, value] : values) {
       if (Lower(stored) == Lower(name)) return &value;
@@ -152,29 +160,40 @@ class FakeRegistry : public platform::Registry {
     return nullptr;
   }
 
-  platform::RegistryResult OpenKey(platform::RegistryRoot, std::string_view path,
+  /// Places that cannot be opened, for want of rights.
+  std::set<std::string> locked;
+  /// What a deletion of a value gives in place of its true result; success leaves it be.
+  platform::RegistryResult deletion = platform::registry::kSuccess;
+  /// The same for a query of a value.
+  platform::RegistryResult query = platform::registry::kSuccess;
+
+  platform::RegistryResult OpenKey(platform::RegistryRoot root, std::string_view path,
                                    std::unique_ptr<platform::RegistryKey>& key) override {
-    const auto found = keys.find(Lower(path));
+    key.reset();
+    const auto found = keys.find(Place(root, path));
     if (found == keys.end()) return platform::registry::kNotFound;
-    key = std::make_unique<Key>(found->second);
+    if (locked.contains(found->first)) return platform::registry::kAccessDenied;
+    key = std::make_unique<Key>(*this, found->first);
     return platform::registry::kSuccess;
   }
   platform::RegistryResult CreateKey(platform::RegistryRoot root, std::string_view path,
                                      std::unique_ptr<platform::RegistryKey>& key) override {
-    keys[Lower(path)];
+    keys[Place(root, path)];
     return OpenKey(root, path, key);
   }
-  platform::RegistryResult DeleteTree(platform::RegistryRoot, std::string_view path) override {
-    return keys.erase(Lower(path)) == 0 ? platform::registry::kNotFound
-                                        : platform::registry::kSuccess;
+  platform::RegistryResult DeleteTree(platform::RegistryRoot root, std::string_view path) override {
+    return keys.erase(Place(root, path)) == 0 ? platform::registry::kNotFound
+                                              : platform::registry::kSuccess;
   }
 
  private:
   class Key : public platform::RegistryKey {
    public:
-    explicit Key(Values& values) : values_(values) {}
+    Key(FakeRegistry& store, std::string place)
+        : store_(store), place_(std::move(place)), values_(store.keys[place_]) {}
     platform::RegistryResult QueryValue(std::string_view name,
                                         platform::RegistryValue& value) override {
+      if (store_.query != platform::registry::kSuccess) return store_.query;
       const auto* found = Find(values_, name);
       if (found == nullptr) return platform::registry::kNotFound;
       value = *found;
@@ -190,20 +209,32 @@ class FakeRegistry : public platform::Registry {
       return platform::registry::kSuccess;
     }
     platform::RegistryResult DeleteValue(std::string_view name) override {
+      if (store_.deletion != platform::registry::kSuccess) return store_.deletion;
       return std::erase_if(
                  values_, [&](const auto& entry) { return Lower(entry.first) == Lower(name); }) == 0
                  ? platform::registry::kNotFound
                  : platform::registry::kSuccess;
     }
-    platform::RegistryResult EnumValue(std::uint32_t, std::string&,
-                                       platform::RegistryValue&) override {
-      return platform::registry::kNoMoreItems;
+    platform::RegistryResult EnumValue(std::uint32_t index, std::string& name,
+                                       platform::RegistryValue& value) override {
+      if (index >= values_.size()) return platform::registry::kNoMoreItems;
+      std::tie(name, value) = values_[index];
+      return platform::registry::kSuccess;
     }
-    platform::RegistryResult EnumKey(std::uint32_t, std::string&) override {
+    platform::RegistryResult EnumKey(std::uint32_t index, std::string& name) override {
+      for (const auto& [place, values] : store_.keys) {
+        if (!place.starts_with(place_ + "\\")) continue;
+        name = place.substr(place_.size() + 1);
+        if (name.find('\\') == std::string::npos && index-- == 0) {
+          return platform::registry::kSuccess;
+        }
+      }
       return platform::registry::kNoMoreItems;
     }
 
    private:
+    FakeRegistry& store_;
+    std::string place_;
     Values& values_;
   };
 };
@@ -220,7 +251,11 @@ class FakePaths : public platform::Paths {
     return std::filesystem::exists(path);
   }
   std::string MakeTempFile(std::string_view, std::string_view) override { return {}; }
-  [[nodiscard]] std::string SearchPath(std::string_view) const override { return {}; }
+  std::map<std::string, std::string, std::less<>> searchPath;  ///< where a search finds a name
+  [[nodiscard]] std::string SearchPath(std::string_view name) const override {
+    const auto found = searchPath.find(name);
+    return found == searchPath.end() ? "" : found->second;
+  }
   [[nodiscard]] std::string FullPath(std::string_view path) const override {
     return std::string(path);
   }
@@ -373,13 +408,22 @@ class FakeSockets : public platform::SocketFactory {
 
 class FakeIniFiles : public platform::IniFiles {
  public:
-  std::string GetPrivateProfileString(std::string_view, std::string_view, std::string_view,
-                                      std::size_t) override {
-    return {};
+  std::map<std::string, std::string> values;  ///< under "file section key", in lower case
+  bool writable = true;
+
+  static std::string Place(std::string_view file, std::string_view section, std::string_view key) {
+    return FakeRegistry::Lower(file.substr(file.rfind('/') + 1)) + " " +
+           FakeRegistry::Lower(section) + " " + FakeRegistry::Lower(key);
   }
-  bool WritePrivateProfileString(std::string_view, std::string_view, std::string_view,
-                                 std::string_view) override {
-    return false;
+  std::string GetPrivateProfileString(std::string_view file, std::string_view section,
+                                      std::string_view key, std::size_t bufferSize) override {
+    const auto found = values.find(Place(file, section, key));
+    return found == values.end() ? "" : found->second.substr(0, bufferSize - 1);
+  }
+  bool WritePrivateProfileString(std::string_view file, std::string_view section,
+                                 std::string_view key, std::string_view value) override {
+    if (writable) values[Place(file, section, key)] = value;
+    return writable;
   }
 };
 
@@ -458,6 +502,50 @@ struct FakeDialUp : platform::DialUp {
   }
 };
 
+/// Files as they lie on the disk, unless a test says that one cannot be read or deleted.
+struct FakeFiles : platform::Files {
+  std::set<std::string, std::less<>> unreadable;
+  std::set<std::string, std::less<>> undeletable;
+  std::vector<std::string> deleted;
+
+  [[nodiscard]] platform::FileContents Read(std::string_view path) override {
+    const std::string text = ReadFile(path);
+    if (text.empty() || unreadable.contains(path)) {
+      throw platform::RunTimeError(9, "Subscript out of range");
+    }
+    auto* data = static_cast<char*>(std::malloc(text.size()));
+    std::copy(text.begin(), text.end(), data);
+    return {data, text.size()};
+  }
+  void Delete(std::string_view path) override {
+    if (undeletable.contains(path)) throw platform::RunTimeError(75, "Path/File access error");
+    if (!std::filesystem::remove(path)) throw platform::RunTimeError(53, "File not found");
+    deleted.emplace_back(path);
+  }
+};
+
+/// The processes that a test makes up. Ending one takes it out of the list.
+struct FakeProcesses : platform::Processes {
+  std::vector<platform::ProcessEntry> running;
+  std::map<std::uint32_t, std::vector<platform::ModuleEntry>> modules;
+  std::uint32_t modulesResult = platform::processes::kSuccess;
+  bool snapshots = true;
+  std::vector<std::uint32_t> terminated;
+
+  [[nodiscard]] std::optional<std::vector<platform::ProcessEntry>> Snapshot() override {
+    return snapshots ? std::optional(running) : std::nullopt;
+  }
+  std::uint32_t Modules(std::uint32_t processId,
+                        std::vector<platform::ModuleEntry>& found) override {
+    if (modulesResult == platform::processes::kSuccess) found = modules[processId];
+    return modulesResult;
+  }
+  void Terminate(const platform::ProcessEntry& entry) override {
+    terminated.push_back(entry.processId);
+    std::erase_if(running, [&](const auto& other) { return other.processId == entry.processId; });
+  }
+};
+
 struct FakeHost {
   TemporaryFolder folder;
   FakeLoop loop;
@@ -475,13 +563,15 @@ struct FakeHost {
   FakeSmtp smtp;
   FakeIcmp icmp;
   FakeNames names;
+  FakeFiles files;
+  FakeProcesses processes;
 
   [[nodiscard]] platform::Host Host() { return Host(loop, sockets); }
   /// With another network in place of the fake one.
   [[nodiscard]] platform::Host Host(platform::EventLoop& onLoop,
                                     platform::SocketFactory& onSockets) {
     return {onLoop, onSockets, registry, iniFiles, paths, shell, regional, instance,
-            system, sound,     shutdown, dialUp,   smtp,  icmp,  names};
+            system, sound,     shutdown, dialUp,   smtp,  icmp,  names,    files,    processes};
   }
 
   /// The registry as the presets leave it: all switches as given, all slots empty.

@@ -29,7 +29,8 @@ TEST_F(StartUpTest, ServicesComeUpBehindAHiddenWindow) {
   EXPECT_EQ(form.State(), forms::WindowState::Minimised);
   EXPECT_FALSE(form.Visible());
   EXPECT_THAT(program.Log(), ElementsAre("Verbose Mode Disabled", "Port Sentry Deactivated",
-                                         "Port Sentry Activated", "IdentD Server Deactivated"));
+                                         "Port Sentry Activated", "Trojan Sentry Deactivated",
+                                         "IdentD Server Deactivated"));
 }
 
 TEST_F(StartUpTest, WithoutSettingsItRunsWithNoServiceAndNoWord) {

@@ -21,14 +21,16 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
                 [this](const std::string& setAside) {
                   warn_("the settings were damaged; the damaged file lies at " + setAside);
                 }),
+      autostart_(registry_, AutostartPlaces::FromEnvironment(folders)),
       drive_(folders),
       iniFiles_(drive_),
       paths_(folders, drive_),
       shell_(registry_, preparation_.userMask),
       instance_(folders.config + "/instance.lock"),
+      files_(drive_),
       host_{.loop = loop_,
             .sockets = sockets_,
-            .registry = registry_,
+            .registry = autostart_,
             .iniFiles = iniFiles_,
             .paths = paths_,
             .shell = shell_,
@@ -40,7 +42,9 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
             .dialUp = dialUp_,
             .smtp = smtp_,
             .icmp = icmp_,
-            .names = names_} {
+            .names = names_,
+            .files = files_,
+            .processes = processes_} {
   std::unique_ptr<RegistryKey> root;
   const RegistryResult result = registry_.OpenKey(RegistryRoot::CurrentUser, {}, root);
   if (result == registry::kSuccess || result == registry::kNotFound) return;

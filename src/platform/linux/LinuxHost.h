@@ -8,14 +8,17 @@
 
 #include "platform/Host.h"
 #include "platform/OperatingSystem.h"
+#include "platform/linux/AutostartRegistry.h"
 #include "platform/linux/CurlLibrary.h"
 #include "platform/linux/LinuxDialUp.h"
 #include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxFolders.h"
 #include "platform/linux/LinuxIcmp.h"
 #include "platform/linux/LinuxIniFiles.h"
 #include "platform/linux/LinuxNames.h"
 #include "platform/linux/LinuxPaths.h"
+#include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxRegionalSettings.h"
 #include "platform/linux/LinuxShell.h"
 #include "platform/linux/LinuxSingleInstance.h"
@@ -62,6 +65,7 @@ class LinuxHost {
   LinuxEventLoop loop_;
   LinuxSocketFactory sockets_;
   SqliteRegistry registry_;
+  AutostartRegistry autostart_;  ///< the registry as the system sees it
   WindowsDrive drive_;
   LinuxIniFiles iniFiles_;
   LinuxPaths paths_;
@@ -76,6 +80,8 @@ class LinuxHost {
   LinuxSmtp smtp_{curl_};
   LinuxIcmp icmp_;
   LinuxNames names_;
+  LinuxFiles files_;
+  LinuxProcesses processes_;
   platform::Host host_;
 };
 

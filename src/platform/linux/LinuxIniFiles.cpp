@@ -2,8 +2,8 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/ForeignFiles.h"
 #include "platform/linux/IniText.h"
 
 namespace tallowin::platform::linux_host {
@@ -19,30 +20,11 @@ namespace {
 constexpr std::size_t kLargestFile = std::size_t{16} << 20U;
 constexpr mode_t kNewFileMode = S_IRUSR | S_IWUSR;
 
-/// Up to `kLargestFile` + 1 bytes, so that a caller can tell that there are more.
-std::optional<std::string> ReadAll(int file) {
-  constexpr std::size_t kChunk = std::size_t{1} << 16U;
-  std::string text;
-  for (std::size_t length = 0;;) {
-    const std::size_t wanted = std::min(kChunk, kLargestFile + 1 - length);
-    text.resize(length + wanted);
-    const ssize_t got = read(file, text.data() + length, wanted);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return std::nullopt;
-    length += static_cast<std::size_t>(got);
-    text.resize(length);
-    if (got == 0 || length > kLargestFile) return text;
-  }
-}
-
-/// Nothing if it cannot be read or is no regular file: a pipe in its place must not stop us.
-std::optional<std::string> ReadFile(const std::string& path) {
-  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  struct stat status = {};
-  if (!file || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
-  return ReadAll(file.Get());
+/// Nothing if it cannot be read whole or is no regular file.
+std::optional<std::string> ReadWhole(const std::string& path) {
+  BoundedText text;
+  if (ReadBounded(path, kLargestFile, text) != Reading::Done || !text.whole) return std::nullopt;
+  return std::move(text.text);
 }
 
 bool WriteAll(int file, std::string_view text) {
@@ -107,10 +89,33 @@ bool FitsInLine(std::string_view text) {
 std::string LinuxIniFiles::GetPrivateProfileString(std::string_view fileName,
                                                    std::string_view section, std::string_view key,
                                                    std::size_t bufferSize) {
-  const std::optional<std::string> text = ReadFile(drive_.Resolve(fileName));
-  if (!text || bufferSize == 0) return {};
-  const std::string_view readable = std::string_view(*text).substr(0, kLargestFile);
-  return std::string(IniValue(readable, section, key).substr(0, bufferSize - 1));
+  if (bufferSize == 0) return {};
+  const IniAnswers::Question question(fileName, section, key, bufferSize);
+  if (const std::string* known = answers_.Find(question)) return *known;
+
+  const std::string path = drive_.Resolve(fileName);
+  answers_.Observe({path, FoldersOf(path)});
+  // Only from here on would a change of the folders be seen.
+  const bool seen = drive_.Resolve(fileName) == path;
+  BoundedText text;
+  const Reading result = ReadBounded(path, kLargestFile, text);
+  if (result == Reading::ShortOfAll) {
+    // For want of descriptors, say. It does not mean that the value has gone.
+    const std::string* old = answers_.FindOld(question);
+    return old == nullptr ? std::string() : *old;
+  }
+  std::string value(IniValue(text.text, section, key).substr(0, bufferSize - 1));
+  if (seen) answers_.Keep(question, value);
+  return value;
+}
+
+std::vector<std::string> LinuxIniFiles::FoldersOf(const std::string& path) const {
+  std::vector<std::string> folders;
+  std::string folder = std::filesystem::path(path).parent_path().string();
+  for (; drive_.Holds(folder); folder = std::filesystem::path(folder).parent_path().string()) {
+    folders.push_back(folder);
+  }
+  return folders;
 }
 
 bool LinuxIniFiles::WritePrivateProfileString(std::string_view fileName, std::string_view section,
@@ -118,10 +123,11 @@ bool LinuxIniFiles::WritePrivateProfileString(std::string_view fileName, std::st
   if (key.empty() || !FitsInLine(section) || !FitsInLine(key) || !FitsInLine(value)) return false;
   const std::optional<std::string> path = RealFile(drive_.Resolve(fileName));
   if (!path) return false;
+  answers_.Clear();
   std::string text;
   if (access(path->c_str(), F_OK) == 0) {
-    const std::optional<std::string> old = ReadFile(*path);
-    if (!old || old->size() > kLargestFile || access(path->c_str(), W_OK) != 0) return false;
+    const std::optional<std::string> old = ReadWhole(*path);
+    if (!old || access(path->c_str(), W_OK) != 0) return false;
     text = *old;
   }
   return ReplaceFile(*path, WithIniValue(text, section, key, value));

@@ -1,9 +1,12 @@
 #include "platform/linux/LinuxIniFiles.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <filesystem>
 #include <vector>
 
 #include "platform/linux/IniText.h"
@@ -67,7 +70,8 @@ class LinuxIniFilesTest : public testing::Test {
  protected:
   test::TemporaryHome home_;
   WindowsDrive drive_{home_.Folders()};
-  LinuxIniFiles files_{drive_};
+  std::int64_t later_ = 0;
+  LinuxIniFiles files_{drive_, [this] { return IniAnswers::SystemTime() + later_; }};
   std::string windows_ = drive_.WindowsFolder();
   std::string file_ = windows_ + "/win.ini";
 
@@ -98,6 +102,74 @@ TEST_F(LinuxIniFilesTest, UpperCasedPathNamesTheSameFile) {
   EXPECT_TRUE(files_.WritePrivateProfileString(upper, "boot", "shell", "b"));
   EXPECT_EQ(test::FileText(windows_ + "/System.ini"), "[boot]\nshell=b\n");
   EXPECT_EQ(test::NamesIn(windows_), std::vector<std::string>{"System.ini"});
+}
+
+/// Answers are remembered once the stamps of a file are older than a tick of its clock.
+TEST_F(LinuxIniFilesTest, SeesEachChangeAtOnceThoughItRemembersAnswers) {
+  const std::string other = windows_ + "/other.ini";
+  for (const std::int64_t later : {std::int64_t{0}, std::int64_t{4'000'000'000}}) {
+    later_ = later;
+    test::WriteFile(file_, "[windows]\nrun=one\n");
+    EXPECT_EQ(Read(), "one");
+    EXPECT_EQ(Read(), "one");
+    EXPECT_EQ(Read(3), "on") << "another buffer, another answer";
+    // Of the same length, in place, with the old time of modification.
+    const auto modified = std::filesystem::last_write_time(file_);
+    test::WriteFile(file_, "[windows]\nrun=two\n");
+    std::filesystem::last_write_time(file_, modified);
+    EXPECT_EQ(Read(), "two");
+    test::WriteFile(other, "[windows]\nrun=new\n");
+    ASSERT_EQ(rename(other.c_str(), file_.c_str()), 0);
+    EXPECT_EQ(Read(), "new");
+    ASSERT_EQ(unlink(file_.c_str()), 0);
+    EXPECT_EQ(Read(), "");
+    test::WriteFile(other, "[windows]\nrun=far\n");
+    ASSERT_EQ(symlink(other.c_str(), file_.c_str()), 0);
+    EXPECT_EQ(Read(), "far");
+    test::WriteFile(other, "[windows]\nrun=off\n");
+    EXPECT_EQ(Read(), "off") << "behind a link";
+    ASSERT_EQ(unlink(file_.c_str()), 0);
+    test::WriteFile(windows_ + "/WIN.INI", "[windows]\nrun=big\n");
+    EXPECT_EQ(Read(), "big");
+    test::WriteFile(file_, "[windows]\nrun=low\n");
+    EXPECT_EQ(Read(), "low") << "the name as it was asked for comes first";
+    ASSERT_EQ(unlink(file_.c_str()), 0);
+    EXPECT_EQ(Read(), "big");
+    ASSERT_EQ(unlink((windows_ + "/WIN.INI").c_str()), 0);
+  }
+}
+
+TEST_F(LinuxIniFilesTest, AShortageOfDescriptorsIsNoChange) {
+  test::WriteFile(file_, "[windows]\nrun=there\n");
+  EXPECT_EQ(Read(), "there");
+  rlimit limit = {};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit none = {0, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  const std::string value = Read();
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+  EXPECT_EQ(value, "there");
+}
+
+TEST(IniAnswers, AreForgottenInTimeAndNotKeptOfAFreshFile) {
+  const test::TemporaryHome home;
+  const std::string file = home.Path() + "/a.ini";
+  test::WriteFile(file, "x");
+  std::int64_t later = 0;
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  IniAnswers answers([&] { return IniAnswers::SystemTime() + later; });
+  const IniAnswers::Question question("a", "b", "c", 1);
+  const auto known = [&] { return answers.Find(question) != nullptr; };
+  answers.Observe({file, {}});
+  answers.Keep(question, "value");
+  EXPECT_FALSE(known()) << "within a tick it may change and keep its stamp";
+  later = 4 * kSecond;
+  EXPECT_FALSE(known()) << "it was fresh when it was read";
+  answers.Observe({file, {}});
+  answers.Keep(question, "value");
+  EXPECT_TRUE(known());
+  later = 10 * kSecond;
+  EXPECT_FALSE(known()) << "not every change makes a new stamp";
 }
 
 TEST_F(LinuxIniFilesTest, ReplacesTheFileBehindALinkAndKeepsItsRights) {

@@ -1,0 +1,74 @@
+// One Run key: its stored values, and what this system really starts.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Registry.h"
+#include "platform/linux/AutostartListing.h"
+#include "platform/linux/AutostartSource.h"
+#include "platform/linux/FolderWatch.h"
+
+namespace tallowin::platform::linux_host {
+
+struct AutostartTiming {
+  /// For so long a listing is given out again without any look. A tick of the watch enumerates
+  /// nine times: what comes between the first of these and the last would be taken for accepted.
+  std::chrono::nanoseconds hold = std::chrono::milliseconds(50);
+  /// After so long the files are looked at even if nothing told of a change.
+  std::chrono::nanoseconds fullLook = std::chrono::seconds(5);
+  /// A look that took longer than this is followed by a pause of ten times as long: somebody may
+  /// change files without end, or leave a hundred thousand of them.
+  std::chrono::nanoseconds quickLook = std::chrono::milliseconds(25);
+};
+
+class AutostartView {
+ public:
+  using Sources = std::vector<std::unique_ptr<AutostartSource>>;
+
+  /// `stored` outlives the view.
+  AutostartView(Registry& stored, RegistryRoot root, std::string path, Sources sources,
+                AutostartTiming timing);
+
+  /// What is there now. A source that cannot be read for the moment is told of as it was.
+  [[nodiscard]] std::shared_ptr<const AutostartListing> List();
+
+  [[nodiscard]] RegistryResult SetValue(std::string_view name, const RegistryValue& value);
+  [[nodiscard]] RegistryResult DeleteValue(std::string_view name);
+  [[nodiscard]] RegistryResult EnumKey(std::uint32_t index, std::string& name);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void Poll();
+  [[nodiscard]] bool LookIsDue(Clock::time_point now);
+  [[nodiscard]] bool Look(Clock::time_point now);
+  [[nodiscard]] bool ReadStored();
+  [[nodiscard]] RegistryResult EnumStored(std::vector<StoredValue>& values);
+  /// Whatever keeps the stored key from being opened, the live entries are there to be read.
+  [[nodiscard]] RegistryResult OpenStored();
+
+  Registry& registry_;
+  RegistryRoot root_;
+  std::string path_;
+  Sources sources_;
+  AutostartTiming timing_;
+
+  std::unique_ptr<RegistryKey> key_;
+  std::vector<StoredValue> stored_;
+  FolderWatch watch_;
+  AutostartListing::Live live_;
+  std::shared_ptr<const AutostartListing> listing_;
+
+  bool lookAnew_ = true;  // whatever the time
+  bool changed_ = false;  // something was told of since the last look
+  Clock::time_point polled_ = {};
+  Clock::time_point looked_ = {};
+  Clock::duration cost_ = {};  // of the last look
+};
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,33 @@
+// Processes as /proc shows them.
+#pragma once
+
+#include <string>
+
+#include "platform/Processes.h"
+
+namespace tallowin::platform::linux_host {
+
+class LinuxProcesses : public Processes {
+ public:
+  /// Another folder than /proc is for tests; processes in it are listed and never ended.
+  explicit LinuxProcesses(std::string folder = "/proc") : folder_(std::move(folder)) {}
+
+  /// Without kernel threads and without processes that have ended and wait for their parent to
+  /// notice. A program that was deleted or replaced since it started keeps the path that it was
+  /// started from.
+  [[nodiscard]] std::optional<std::vector<ProcessEntry>> Snapshot() override;
+
+  /// The files that are mapped to be executed.
+  std::uint32_t Modules(std::uint32_t processId, std::vector<ModuleEntry>& modules) override;
+
+  /// With SIGKILL, the one signal that cannot be refused.
+  void Terminate(const ProcessEntry& entry) override;
+
+ private:
+  [[nodiscard]] std::string FolderOf(std::uint32_t processId) const;
+  [[nodiscard]] std::string ProgramOf(const std::string& folder, const std::string& bareName) const;
+
+  std::string folder_;
+};
+
+}  // namespace tallowin::platform::linux_host

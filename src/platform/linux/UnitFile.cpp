@@ -1,0 +1,227 @@
+#include "platform/linux/UnitFile.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/Text.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+
+/// In the order in which they run; the main one is looked for first.
+constexpr std::array<const char*, 4> kCommandKeys = {"ExecStart", "ExecCondition", "ExecStartPre",
+                                                     "ExecStartPost"};
+constexpr std::array<const char*, 2> kActivationKeys = {"Unit", "Service"};
+
+std::string_view Trimmed(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+bool IsComment(std::string_view line) { return line.starts_with('#') || line.starts_with(';'); }
+
+/// Lines that end in a backslash go on in the next one; comments between them are passed over.
+std::vector<std::string> WholeLines(std::string_view text) {
+  std::vector<std::string> lines;
+  std::string begun;
+  for (std::string_view line : Parts(text, '\n')) {
+    line = Trimmed(line);
+    if (IsComment(line)) continue;
+    const bool goesOn = line.ends_with('\\');
+    if (goesOn) line.remove_suffix(1);
+    begun.append(line);
+    if (goesOn) {
+      begun += ' ';
+    } else {
+      lines.push_back(std::move(begun));
+      begun.clear();
+    }
+  }
+  if (!begun.empty()) lines.push_back(std::move(begun));
+  return lines;
+}
+
+bool Matters(std::string_view key, std::string_view section) {
+  if (std::ranges::find(kCommandKeys, key) != kCommandKeys.end()) {
+    return section != "[Unit]" && section != "[Install]";
+  }
+  if (key == "Unit") return section == "[Timer]" || section == "[Path]";
+  return key == "Service" && section == "[Socket]";
+}
+
+std::string Unescaped(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    // "\x2d" and the like, which stand for bytes that a unit's name cannot hold.
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    if (text.substr(i, 2) == "\\x" && i + 3 < text.size()) {
+      const std::size_t high = kDigits.find(text[i + 2]);
+      const std::size_t low = kDigits.find(text[i + 3]);
+      if (high != std::string_view::npos && low != std::string_view::npos) {
+        plain += static_cast<char>(high * 16 + low);
+        i += 3;
+        continue;
+      }
+    }
+    plain += text[i] == '-' ? '/' : text[i];
+  }
+  return plain;
+}
+
+/// Codes that are not known here stay as they are.
+std::string Meaning(char code, const UnitName& unit, const UnitMeanings& meanings) {
+  switch (code) {
+    case '%':
+      return "%";
+    case 'i':
+      return unit.instance;
+    case 'I':
+      return Unescaped(unit.instance);
+    case 'n':
+      return unit.Text();
+    case 'N':
+      return unit.Text().substr(0, unit.Text().size() - unit.type.size() - 1);
+    case 'p':
+      return unit.prefix;
+    case 'P':
+      return Unescaped(unit.prefix);
+    case 'f':
+      return "/" + Unescaped(unit.hasInstance ? unit.instance : unit.prefix);
+    case 'h':
+      return meanings.home;
+    case 'u':
+      return meanings.userName;
+    default:
+      return {'%', code};
+  }
+}
+
+std::string Expanded(std::string_view text, const UnitName& unit, const UnitMeanings& meanings) {
+  std::string expanded;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '%' && i + 1 < text.size()) {
+      expanded += Meaning(text[++i], unit, meanings);
+    } else {
+      expanded += text[i];
+    }
+  }
+  return expanded;
+}
+
+/// Blanks part words outside of single and double quotes.
+std::vector<std::string> WordsOfCommand(std::string_view line) {
+  std::vector<std::string> words;
+  std::string word;
+  bool begun = false;
+  char quote = 0;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const char c = line[i];
+    if (quote == 0 && kBlanks.find(c) != std::string_view::npos) {
+      if (begun) words.push_back(word);
+      word.clear();
+      begun = false;
+      continue;
+    }
+    begun = true;
+    if (c == quote) {
+      quote = 0;
+    } else if (quote == 0 && (c == '"' || c == '\'')) {
+      quote = c;
+    } else if (c == '\\' && i + 1 < line.size() && line[i + 1] != 'x') {
+      word += line[++i];
+    } else {
+      word += c;
+    }
+  }
+  if (begun) words.push_back(word);
+  return words;
+}
+
+/// Signs before the program say how it is run; an "@" says that the next word is not an argument.
+std::string CommandOfLine(std::string_view line) {
+  std::vector<std::string> words = WordsOfCommand(line);
+  if (words.empty()) return {};
+  const std::size_t program = std::min(words[0].find_first_not_of("@-:+!|"), words[0].size());
+  const bool otherName = words[0].substr(0, program).find('@') != std::string::npos;
+  words[0].erase(0, program);
+  if (otherName && words.size() > 1) words.erase(words.begin() + 1);
+  return JoinedWords(words);
+}
+
+}  // namespace
+
+UnitName UnitName::Parse(std::string_view name) {
+  constexpr std::array<std::string_view, 11> kTypes = {"service", "socket", "target",    "timer",
+                                                       "path",    "mount",  "automount", "swap",
+                                                       "slice",   "scope",  "device"};
+  const std::size_t dot = name.rfind('.');
+  if (dot == std::string_view::npos || dot == 0) return {};
+  UnitName unit;
+  const std::string_view type = name.substr(dot + 1);
+  if (std::ranges::find(kTypes, type) == kTypes.end()) return {};
+  unit.type = type;
+  const std::size_t at = std::min(name.find('@'), dot);
+  unit.hasInstance = at < dot;
+  unit.prefix = name.substr(0, at);
+  if (unit.hasInstance) unit.instance = name.substr(at + 1, dot - at - 1);
+  return unit;
+}
+
+std::string UnitName::Text() const {
+  return prefix + (hasInstance ? "@" + instance : std::string()) + "." + type;
+}
+
+UnitFile::UnitFile(const BoundedText& file) : empty(file.text.empty()) {
+  std::string section;
+  for (const std::string& line : WholeLines(file.text)) {
+    if (line.starts_with('[')) section = line;
+    const std::size_t sign = line.find('=');
+    if (sign == std::string::npos) continue;
+    const std::string_view key = Trimmed(std::string_view(line).substr(0, sign));
+    if (!Matters(key, section)) continue;
+    assignments.push_back(
+        {std::string(key), std::string(Trimmed(std::string_view(line).substr(sign + 1)))});
+  }
+}
+
+void UnitCommands::Apply(const UnitFile& file) {
+  for (const auto& [key, value] : file.assignments) {
+    // An empty assignment drops those before it.
+    if (value.empty()) {
+      values_.erase(key);
+    } else {
+      values_[key].push_back(value);
+    }
+  }
+}
+
+const std::vector<std::string>& UnitCommands::Values(const std::string& key) const {
+  static const std::vector<std::string> kNone;
+  const auto values = values_.find(key);
+  return values == values_.end() ? kNone : values->second;
+}
+
+std::string UnitCommands::Command(const UnitName& unit, const UnitMeanings& meanings) const {
+  std::string commands;
+  for (const char* key : kCommandKeys) {
+    for (const std::string& line : Values(key)) {
+      if (!commands.empty()) commands += "; ";
+      commands += CommandOfLine(Expanded(line, unit, meanings));
+    }
+    if (std::string_view(key) == "ExecStart" && !commands.empty()) break;
+  }
+  return commands;
+}
+
+std::string UnitCommands::Activated(const UnitName& unit, const UnitMeanings& meanings) const {
+  for (const char* key : kActivationKeys) {
+    const std::vector<std::string>& names = Values(key);
+    if (!names.empty()) return Expanded(names.back(), unit, meanings);
+  }
+  return {};
+}
+
+}  // namespace tallowin::platform::linux_host

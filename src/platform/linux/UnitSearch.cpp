@@ -1,0 +1,149 @@
+#include "platform/linux/UnitSearch.h"
+
+#include <algorithm>
+
+#include "platform/linux/ForeignFiles.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+/// In "a-b-.service.d" lie drop-ins for all units whose names begin with "a-b-".
+std::vector<std::string> DropInFolders(const UnitName& unit) {
+  std::vector<std::string> names = {unit.type + ".d"};
+  for (std::size_t dash = unit.prefix.find('-'); dash != std::string::npos;
+       dash = unit.prefix.find('-', dash + 1)) {
+    names.push_back(unit.prefix.substr(0, dash + 1) + "." + unit.type + ".d");
+  }
+  if (unit.hasInstance) names.push_back(unit.Template() + ".d");
+  names.push_back(unit.Text() + ".d");
+  return names;
+}
+
+}  // namespace
+
+bool UnitSearch::BeginLook(FolderWatch& watch) {
+  watch_ = &watch;
+  short_ = false;
+  files_.BeginLook();
+  folders_.clear();
+  for (const UnitFolder& place : places_) {
+    watch.Name(place.path);
+    std::vector<NameInFolder> names;
+    if (ReadFolder(place.path, names) == Reading::ShortOfAll) return false;
+    Folder folder{.place = place};
+    for (NameInFolder& name : names) folder.names.emplace(name.name, name);
+    folders_.push_back(std::move(folder));
+  }
+  return true;
+}
+
+std::string UnitSearch::Find(std::string_view name) const {
+  for (const Folder& folder : folders_) {
+    const auto found = folder.names.find(name);
+    if (found == folder.names.end() || found->second.isFolder) continue;
+    return folder.place.path + "/" + found->first;
+  }
+  return {};
+}
+
+std::string UnitSearch::FragmentOf(const UnitName& unit) const {
+  std::string path = Find(unit.Text());
+  if (path.empty() && unit.hasInstance) path = Find(unit.Template());
+  return path;
+}
+
+/// By the names of links alone: where they lead is not to be trusted in a tree that is not mounted
+/// at its root.
+std::string UnitSearch::AliasTarget(const UnitName& unit) const {
+  const std::string path = FragmentOf(unit);
+  if (path.empty()) return {};
+  const std::string target = BaseName(LinkTarget(path));
+  UnitName named = UnitName::Parse(target);
+  if (!named.IsValid() || target == BaseName(path)) return {};
+  if (named.IsTemplate()) named.instance = unit.instance;
+  return named.Text();
+}
+
+std::string UnitSearch::WithoutAliases(std::string_view name) const {
+  std::string current(name);
+  constexpr int kMostSteps = 16;
+  for (int step = 0; step < kMostSteps; ++step) {
+    const UnitName unit = UnitName::Parse(current);
+    std::string target = unit.IsValid() ? AliasTarget(unit) : std::string();
+    if (target.empty()) return current;
+    current = std::move(target);
+  }
+  return std::string(name);
+}
+
+UnitSearch::State UnitSearch::StateOf(std::string_view unit) const {
+  const std::string path = FragmentOf(UnitName::Parse(unit));
+  if (path.empty()) return State::Missing;
+  if (LinkTarget(path) == "/dev/null") return State::Masked;
+  FileStamp stamp;
+  const bool empty = StampOfFile(path, stamp) == Reading::Done && stamp.size == 0;
+  return empty ? State::Masked : State::Startable;
+}
+
+std::shared_ptr<const UnitFile> UnitSearch::Read(const std::string& path) {
+  std::shared_ptr<const UnitFile> file;
+  if (files_.Get(path, file) == Reading::ShortOfAll) short_ = true;
+  return file;
+}
+
+/// By file name, since the same name in a more important folder hides the others.
+std::map<std::string, std::string> UnitSearch::DropInsOf(const UnitName& unit) {
+  std::map<std::string, std::string> dropIns;
+  const std::vector<std::string> wanted = DropInFolders(unit);
+  // The more particular folder and then the more important place goes first, and the first stays.
+  for (auto name = wanted.rbegin(); name != wanted.rend(); ++name) {
+    for (const Folder& folder : folders_) {
+      if (!folder.names.contains(*name)) continue;
+      const std::string path = folder.place.path + "/" + *name;
+      watch_->Name(path);
+      std::vector<NameInFolder> files;
+      if (ReadFolder(path, files) == Reading::ShortOfAll) short_ = true;
+      for (const NameInFolder& file : files) {
+        if (file.name.ends_with(".conf")) dropIns.try_emplace(file.name, path + "/" + file.name);
+      }
+    }
+  }
+  return dropIns;
+}
+
+UnitCommands UnitSearch::CommandsOf(const UnitName& unit, const std::string& otherFragment) {
+  UnitCommands commands;
+  std::string path = FragmentOf(unit);
+  if (path.empty()) path = otherFragment;
+  if (!path.empty()) {
+    const auto fragment = Read(path);
+    if (fragment) commands.Apply(*fragment);
+  }
+  for (const auto& [name, dropIn] : DropInsOf(unit)) {
+    const auto file = Read(dropIn);
+    if (file) commands.Apply(*file);
+  }
+  return commands;
+}
+
+std::string UnitSearch::CommandOf(std::string_view name, const std::string& otherFragment) {
+  const UnitName unit = UnitName::Parse(name);
+  const UnitCommands commands = CommandsOf(unit, otherFragment);
+  const bool activates = unit.type == "timer" || unit.type == "path" || unit.type == "socket";
+  if (!activates) return commands.Command(unit, meanings_);
+  // What is started then is another unit, which has the same name unless it is told.
+  UnitName started = UnitName::Parse(commands.Activated(unit, meanings_));
+  if (!started.IsValid()) {
+    started = unit;
+    started.type = "service";
+    // A socket may start one instance for each connection.
+    if (FragmentOf(started).empty()) started.hasInstance = true;
+  }
+  started = UnitName::Parse(WithoutAliases(started.Text()));
+  if (StateOf(started.Text()) == State::Masked) return {};
+  return CommandsOf(started, {}).Command(started, meanings_);
+}
+
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,104 @@
+// What the files of the autostart places mean.
+
+#include <gtest/gtest.h>
+
+#include "platform/linux/AutostartNames.h"
+#include "platform/linux/CronTable.h"
+#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/UnitFile.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+TEST(DesktopEntry, CommandIsWhatWouldRun) {
+  struct Case {
+    std::string exec, command;
+  };
+  for (const auto& [exec, command] : std::vector<Case>{
+           {"/usr/bin/tool", "/usr/bin/tool"},
+           {"/usr/bin/tool %U", "/usr/bin/tool"},
+           {"\"/opt/my tool\" %f", "/opt/my tool"},
+           {R"("/opt/my tool" --x "a \"b\"" 100%%)", R"("/opt/my tool" --x "a \"b\"" 100%)"},
+           {R"(/a\sb c)", "/a b c"},
+           {R"(sh -c "echo \\$HOME")", "sh -c \"echo $HOME\""},
+           {"tool --icon=%i \"\"", "tool --icon= \"\""},
+           {"/a \"never closed", "/a \"never closed"},
+           {"tool %", "tool"},
+       }) {
+    const DesktopEntry entry({.text = "[Desktop Entry]\r\n Exec = " + exec + "\r\n"});
+    EXPECT_EQ(entry.Command(), command);
+    EXPECT_TRUE(entry.IsStarted({}));
+  }
+}
+
+TEST(DesktopEntry, DesktopsDecide) {
+  const auto starts = [](const std::string& line, const std::vector<std::string>& desktops) {
+    return DesktopEntry({.text = "[Desktop Entry]\nExec=a\n" + line}).IsStarted(desktops);
+  };
+  EXPECT_FALSE(starts("X-GNOME-Autostart-enabled=false", {"ubuntu", "GNOME"}));
+  EXPECT_TRUE(starts("X-GNOME-Autostart-enabled=true", {"GNOME"}));
+  EXPECT_FALSE(starts("OnlyShowIn=GNOME", {}));
+  EXPECT_TRUE(starts("OnlyShowIn=X ; GNOME", {"ubuntu", "GNOME"}));
+  EXPECT_TRUE(starts("NotShowIn=GNOME-Flashback", {"GNOME"}));
+}
+
+TEST(UnitFile, Commands) {
+  struct Case {
+    std::string text, command;
+  };
+  const UnitName unit = UnitName::Parse("my-tool@a\\x2db.service");
+  for (const auto& [text, command] : std::vector<Case>{
+           {"[Service]\nExecStart=/tool", "/tool"},
+           {"[Service]\nExecStart=-+/tool -x", "/tool -x"},
+           {"[Service]\nExecStart=@/tool name -x", "/tool -x"},
+           {"[Service]\nExecStart=\"/my tool\"", "/my tool"},
+           {"[Service]\nExecStart=/tool \\\n  # no part of it\n  'a b'", "/tool \"a b\""},
+           {"[Service]\nExecStart=/old\nExecStart=\nExecStart = /new", "/new"},
+           {"[Service]\nExecStartPre=/pre\nExecStart=/a\nExecStart=/b", "/a; /b"},
+           {"[Service]\nExecStartPre=/pre\nExecStartPost=/post", "/pre; /post"},
+           {"[Service]\nExecStart=/tool %i %I %p %n %h %u %% %z %",
+            "/tool a\\x2db a-b my-tool my-tool@a\\x2db.service /home/me me % %z %"},
+           {"[Install]\nExecStart=/no\n[Unit]\nExecStart=/no", ""},
+           {"ExecStart", ""},
+       }) {
+    UnitCommands commands;
+    commands.Apply(UnitFile({.text = text}));
+    EXPECT_EQ(commands.Command(unit, {.home = "/home/me", .userName = "me"}), command) << text;
+  }
+  EXPECT_FALSE(UnitName::Parse("readme.txt").IsValid());
+  EXPECT_FALSE(UnitName::Parse(".service").IsValid());
+  EXPECT_TRUE(UnitName::Parse("a@.service").IsTemplate());
+}
+
+TEST(CronTable, RebootLines) {
+  const auto lines = RebootLines(
+      "  @reboot\troot  /a b \\% c % input\r\nPATH=/x\n#@reboot root /no\n@rebooted root /no\n"
+      "@REBOOT root /upper\n@reboot root\n@reboot",
+      TableOf::System);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0].user, "root");
+  EXPECT_EQ(lines[0].command, "/a b % c");
+  EXPECT_EQ(lines[1].command, "/upper");
+  EXPECT_EQ(RebootLines("@reboot /a b", TableOf::User)[0].command, "/a b");
+  EXPECT_EQ(WithoutLine("a\nbb\nb\nb", "b"), "a\nbb\nb");
+  EXPECT_EQ(WithoutLine("a\nb", "b"), "a\n");
+  EXPECT_EQ(WithoutLine("a\n", "x"), "a\n");
+}
+
+TEST(AutostartNames, ShortNamesStayApartAndWhole) {
+  std::set<std::string> taken;
+  std::string name;
+  for (int i = 0; i < 200; ++i) name += "\xC3\xB6";
+  const std::string first = UniqueName(name, taken);
+  const std::string second = UniqueName(name, taken);
+  EXPECT_NE(first, second);
+  for (const std::string& each : {first, second, ShortenedText(name)}) {
+    EXPECT_LE(each.size(), kEnumerableBytes);
+    EXPECT_EQ(Printable(each), each);  // no character was cut in two
+  }
+  EXPECT_EQ(UniqueName("Short", taken), "Short");
+  EXPECT_EQ(UniqueName("sHORT", taken), "sHORT (2)");
+}
+
+}  // namespace
+}  // namespace tallowin::platform::linux_host

@@ -1,0 +1,78 @@
+#include "platform/linux/LinuxFiles.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <functional>
+
+#include "platform/RunTimeError.h"
+#include "platform/linux/TemporaryHome.h"
+
+namespace tallowin::platform::linux_host {
+namespace {
+
+namespace fs = std::filesystem;
+
+class LinuxFilesTest : public testing::Test {
+ protected:
+  test::TemporaryHome home_;
+  WindowsDrive drive_{home_.Folders()};
+  LinuxFiles files_{drive_};
+
+  int ErrorOf(const std::function<void()>& operation) {
+    try {
+      operation();
+    } catch (const std::exception& failure) {
+      return AsRunTimeError(failure).Number();
+    }
+    return 0;
+  }
+  int ErrorOfRead(const std::string& path) {
+    return ErrorOf([&] { (void)files_.Read(path); });
+  }
+  int ErrorOfDelete(const std::string& path) {
+    return ErrorOf([&] { files_.Delete(path); });
+  }
+};
+
+TEST_F(LinuxFilesTest, ReadsOrdinaryFilesAndNothingElse) {
+  const std::string large(5 << 20, 'x');
+  test::WriteFile(home_.Path() + "/a*b", std::string("1\0002", 3));
+  test::WriteFile(home_.Path() + "/large", large);
+  EXPECT_EQ(files_.Read(home_.Path() + "/a*b").Text(), std::string_view("1\0002", 3));
+  EXPECT_EQ(files_.Read(home_.Path() + "/large").Text(), large);
+  test::WriteFile(drive_.Root() + "/Mixed.Exe", "m");
+  EXPECT_EQ(files_.Read(drive_.Root() + "/MIXED.EXE").Text(), "m");
+
+  test::WriteFile(home_.Path() + "/empty", "");
+  ASSERT_EQ(mkfifo((home_.Path() + "/pipe").c_str(), S_IRWXU), 0);
+  for (const char* name : {"/empty", "/pipe", "/none", "", "/a*"}) {
+    EXPECT_EQ(ErrorOfRead(home_.Path() + name), 9) << name;
+  }
+  EXPECT_EQ(ErrorOfRead("/dev/zero"), 9);
+  EXPECT_EQ(ErrorOfRead(std::string("/bin/sh\0x", 9)), 9);
+}
+
+TEST_F(LinuxFilesTest, AFileBeyondAllMemoryIsAnErrorAndNotTheEnd) {
+  const std::string path = home_.Path() + "/sparse";
+  test::WriteFile(path, "x");
+  std::error_code error;
+  fs::resize_file(path, std::uintmax_t{1} << 42U, error);
+  if (error) GTEST_SKIP() << "no such files on this file system";
+  EXPECT_EQ(ErrorOfRead(path), 7);
+}
+
+TEST_F(LinuxFilesTest, DeletesOneName) {
+  test::WriteFile(home_.Path() + "/target", "x");
+  fs::create_symlink(home_.Path() + "/target", home_.Path() + "/link");
+  files_.Delete(home_.Path() + "/link");
+  EXPECT_EQ(test::NamesIn(home_.Path()), std::vector<std::string>{"target"});
+  EXPECT_EQ(ErrorOfDelete(home_.Path() + "/t*"), 53);
+  EXPECT_EQ(ErrorOfDelete(home_.Path() + "/none"), 53);
+  EXPECT_EQ(ErrorOfDelete(home_.Path() + "/target/below"), 53);
+  EXPECT_EQ(ErrorOfDelete(home_.Path()), 75);
+  EXPECT_EQ(ErrorOfDelete(std::string("/x\0y", 4)), 53);
+}
+
+}  // namespace
+}  // namespace tallowin::platform::linux_host
