@@ -18,7 +18,8 @@ namespace tallowin::platform::linux_host {
 struct AutostartTiming {
   /// For so long a listing is given out again without any look. A tick of the watch enumerates
   /// nine times: what comes between the first of these and the last would be taken for accepted.
-  std::chrono::nanoseconds hold = std::chrono::milliseconds(50);
+  /// Half of the time between two ticks, so that each one begins with a look.
+  std::chrono::nanoseconds hold = std::chrono::milliseconds(150);
   /// After so long the files are looked at even if nothing told of a change.
   std::chrono::nanoseconds fullLook = std::chrono::seconds(5);
   /// A look that took longer than this is followed by a pause of ten times as long: somebody may

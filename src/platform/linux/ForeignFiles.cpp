@@ -64,7 +64,8 @@ NameInFolder Describe(const std::string& folder, const dirent& entry) {
   if (type == DT_UNKNOWN) {
     struct stat status = {};
     const std::string path = folder + "/" + std::string(entry.d_name);
-    if (lstat(path.c_str(), &status) == 0) type = IFTODT(status.st_mode);
+    if (lstat(path.c_str(), &status) == 0)
+      type = static_cast<unsigned char>(IFTODT(status.st_mode));
   }
   return {.name = entry.d_name, .isLink = type == DT_LNK, .isFolder = type == DT_DIR};
 }

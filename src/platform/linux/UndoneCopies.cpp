@@ -95,7 +95,7 @@ std::string UndoneCopies::NewFolder() const {
   MakePrivateFolders(folder_);
   const std::string name = folder_ + "/" + stamp.data();
   for (int number = 1; number < 1000; ++number) {
-    const std::string path = number == 1 ? name : name + " (" + std::to_string(number) + ")";
+    std::string path = number == 1 ? name : name + " (" + std::to_string(number) + ")";
     if (mkdir(path.c_str(), S_IRWXU) == 0) return path;
     if (errno != EEXIST) break;
   }

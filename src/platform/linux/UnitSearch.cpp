@@ -1,6 +1,7 @@
 #include "platform/linux/UnitSearch.h"
 
 #include <algorithm>
+#include <ranges>
 
 #include "platform/linux/ForeignFiles.h"
 
@@ -98,10 +99,10 @@ std::map<std::string, std::string> UnitSearch::DropInsOf(const UnitName& unit) {
   std::map<std::string, std::string> dropIns;
   const std::vector<std::string> wanted = DropInFolders(unit);
   // The more particular folder and then the more important place goes first, and the first stays.
-  for (auto name = wanted.rbegin(); name != wanted.rend(); ++name) {
+  for (const std::string& name : wanted | std::views::reverse) {
     for (const Folder& folder : folders_) {
-      if (!folder.names.contains(*name)) continue;
-      const std::string path = folder.place.path + "/" + *name;
+      if (!folder.names.contains(name)) continue;
+      const std::string path = folder.place.path + "/" + name;
       watch_->Name(path);
       std::vector<NameInFolder> files;
       if (ReadFolder(path, files) == Reading::ShortOfAll) short_ = true;

@@ -25,6 +25,7 @@ std::vector<FileStamp> UserCron::Stamps() const {
 }
 
 bool UserCron::HasChanged() {
+  if (places_.crontabProgram.empty()) return false;
   return !known_ || Stamps() != stamps_ ||
          Clock::now() - asked_ > (settled_ ? kAskAgain : kTickOfTheClock);
 }

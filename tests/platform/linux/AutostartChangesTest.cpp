@@ -110,9 +110,11 @@ TEST_P(AutostartChangesTest, ChangedReplacedAndRemoved) {
   Make(top_ + "/outside/next", "b", "/b-replaced");
   fs::rename(top_ + "/outside/next", PathOf("b"));
   EXPECT_EQ(Seen(), (Strings{"/a-changed", "/b-replaced"}));
-  // What changes together with what is new stays before it.
-  Make(PathOf("c"), "c", "/c");
+  // What changes together with what is new stays before it. A changed line of cron is a new one.
+  const bool table = GetParam().ending.empty();
+  if (!table) Make(PathOf("c"), "c", "/c");
   Make(PathOf("a"), "a", "/a-again");
+  if (table) Make(PathOf("c"), "c", "/c");
   EXPECT_EQ(Seen(), (Strings{"/b-replaced", "/a-again", "/c"}));
   fs::remove(PathOf("a"));
   EXPECT_EQ(Seen(), (Strings{"/b-replaced", "/c"}));

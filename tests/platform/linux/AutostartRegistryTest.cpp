@@ -326,6 +326,7 @@ TEST_F(AutostartTest, ShortageIsNoChange) {
 }
 
 TEST_F(AutostartTest, WithoutWatchesItLooksByItself) {
+  Open();  // the sanitizers need a descriptor to look at a type for the first time
   {
     const NoDescriptors shortage;
     Open();
