@@ -1,5 +1,7 @@
 #include "core/INIFiles.h"
 
+#include "core/MiscRoutines.h"
+
 namespace tallowin::core {
 namespace {
 
@@ -9,10 +11,7 @@ constexpr std::size_t kBufferSize = 250;
 
 std::string INIFiles::ReadIni(std::string_view fileName, std::string_view section,
                               std::string_view key) const {
-  const std::string value = files_.GetPrivateProfileString(fileName, section, key, kBufferSize);
-  const std::size_t first = value.find_first_not_of(' ');
-  if (first == std::string::npos) return {};
-  return value.substr(first, value.find_last_not_of(' ') - first + 1);
+  return std::string(Trim(files_.GetPrivateProfileString(fileName, section, key, kBufferSize)));
 }
 
 bool INIFiles::WriteIni(std::string_view fileName, std::string_view section, std::string_view key,

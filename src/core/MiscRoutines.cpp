@@ -38,6 +38,12 @@ char LowByte(unsigned bits) { return static_cast<char>(bits & 0xFFU); }
 
 std::string BoolText(std::int16_t flag) { return flag == -1 ? "True" : "False"; }
 
+std::string_view Trim(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) {

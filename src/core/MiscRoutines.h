@@ -19,6 +19,9 @@ namespace tallowin::core {
 /// `text` with A to Z as a to z.
 [[nodiscard]] std::string LowerCase(std::string_view text);
 
+/// Without the blanks at both ends; tabs stay. Points into `text`.
+[[nodiscard]] std::string_view Trim(std::string_view text);
+
 /// `text` without every character other than "0" to "9".
 [[nodiscard]] std::string DigitsOnly(std::string_view text);
 

@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 
+#include "core/MiscRoutines.h"
 #include "platform/RunTimeError.h"
 
 namespace tallowin::core {
@@ -12,12 +13,6 @@ namespace tallowin::core {
 namespace {
 
 using platform::RunTimeError;
-
-std::string_view TrimBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 std::optional<double> ParseHexadecimal(std::string_view digits) {
   std::uint32_t number = 0;
@@ -30,7 +25,7 @@ std::optional<double> ParseHexadecimal(std::string_view digits) {
 }
 
 std::optional<double> ParseNumber(std::string_view text) {
-  text = TrimBlanks(text);
+  text = Trim(text);
   if (text.starts_with("&H") || text.starts_with("&h")) return ParseHexadecimal(text.substr(2));
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   if (text.empty() || text.find_first_not_of("+-.0123456789eE") != std::string_view::npos) {

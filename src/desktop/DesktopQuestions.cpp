@@ -37,10 +37,10 @@ QMessageBox::Icon IconOf(MessageBoxStyle style) {
 /// Texts are laid out for the tabs that message boxes have, 8 characters of average width apart;
 /// a label of the toolkit has them far wider apart.
 void SetTabs(QMessageBox& box) {
-  constexpr int kColumns = 8;
+  constexpr int kTabColumns = 8;
   for (auto* document : box.findChildren<QTextDocument*>()) {
     QTextOption option = document->defaultTextOption();
-    option.setTabStopDistance(kColumns * box.fontMetrics().averageCharWidth());
+    option.setTabStopDistance(kTabColumns * box.fontMetrics().averageCharWidth());
     document->setDefaultTextOption(option);
   }
 }

@@ -185,9 +185,9 @@ void TextView::scrollContentsBy(int /*dx*/, int dy) {
 }
 
 QSize TextView::viewportSizeHint() const {
-  constexpr int kColumns = 40;
+  constexpr int kLeastColumns = 40;
   constexpr int kRows = 8;
-  return {kColumns * fontMetrics().averageCharWidth() + 2 * LayoutMargin,
+  return {kLeastColumns * fontMetrics().averageCharWidth() + 2 * LayoutMargin,
           kRows * RowHeight() + 2 * LayoutMargin};
 }
 

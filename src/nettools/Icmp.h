@@ -38,7 +38,7 @@ class IcmpTools {
   [[nodiscard]] std::string PingHost(std::string& host);
 
   /// The list of hops, split by CR LF; `host` changes as in PingHost. The first router is never
-  /// asked. Runs the message loop once for each hop asked, so anything can happen inside; throws
+  /// asked. Lets the message loop run at each hop asked, so anything can happen inside; throws
   /// ProgramEnded if the program ends there.
   [[nodiscard]] std::string TraceRoute(std::string& host);
 

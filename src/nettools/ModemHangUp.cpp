@@ -4,6 +4,8 @@
 #include <span>
 #include <string_view>
 
+#include "core/MiscRoutines.h"
+
 namespace tallowin::nettools {
 
 namespace {
@@ -11,12 +13,6 @@ namespace {
 constexpr std::size_t kMostConnections = 256;
 
 std::string_view AnsiToText(std::string_view bytes) { return bytes.substr(0, bytes.find('\0')); }
-
-std::string_view Trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 }  // namespace
 
@@ -26,7 +22,7 @@ void ModemHangUp::HangUpConnection() {
   lastRasResult_ = dialUp_.RasEnumConnections(connections, count);
   if (lastRasResult_ != platform::ras::kSuccess) return;
   for (const platform::RasConnection& connection : std::span(connections).first(count)) {
-    if (Trimmed(AnsiToText(connection.szEntryName)) != Trimmed(ConnectionName)) continue;
+    if (core::Trim(AnsiToText(connection.szEntryName)) != core::Trim(ConnectionName)) continue;
     lastRasResult_ = dialUp_.RasHangUp(connection);
   }
 }

@@ -12,12 +12,6 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kRegistries{"iana", "arin", "whois", "ripe"};
 
-std::string_view Trim(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
-}
-
 std::string Without(std::string_view text, std::string_view part) {
   std::string rest;
   for (auto found = text.find(part); found != std::string_view::npos; found = text.find(part)) {
@@ -32,10 +26,8 @@ bool HoldsAddress(std::string_view text) {
   return at != std::string_view::npos && text.find('.', at) != std::string_view::npos;
 }
 
-bool NamesRegistry(std::string word) {
-  std::transform(word.begin(), word.end(), word.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
+bool NamesRegistry(std::string_view text) {
+  const std::string word = core::LowerCase(text);
   return std::any_of(kRegistries.begin(), kRegistries.end(), [&](std::string_view registry) {
     return word.find(registry) != std::string::npos;
   });
@@ -49,7 +41,7 @@ std::string_view TakePiece(std::string_view& text, char separator) {
 }
 
 void AddAddressesOf(std::string_view line, forms::ItemList& emaillist) {
-  const std::string words = Without(Trim(line), "mailto:");
+  const std::string words = Without(core::Trim(line), "mailto:");
   for (std::string_view left = words; !left.empty();) {
     const std::string word(TakePiece(left, ' '));
     if (HoldsAddress(word) && !NamesRegistry(word)) emaillist.AddItem(word);
@@ -61,7 +53,7 @@ void AddAddressesOf(std::string_view line, forms::ItemList& emaillist) {
 std::string ReadableAnswer(std::string_view data) {
   std::string text = core::ReplaceChar(data, "\n", "\r\n");
   std::erase(text, '%');
-  return std::string(Trim(text));
+  return std::string(core::Trim(text));
 }
 
 void ExtractWhoisEmails(std::string_view status, forms::ItemList& emaillist) {

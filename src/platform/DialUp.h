@@ -28,8 +28,8 @@ class DialUp {
   /// The active links that were dialled: by modem, by telephone, by a point-to-point protocol.
   /// Fills `connections` from its start and sets `count` to their number. Gives kBufferTooSmall,
   /// with the number wanted, where there are more than it holds, and kEnumerationFailed where the
-  /// service that knows the links does not run. Throws RunTimeError 53 on a host that cannot have
-  /// such links at all.
+  /// service that knows the links does not run, refuses or keeps silent. Throws RunTimeError 53 on
+  /// a host that cannot have such links at all.
   virtual RasResult RasEnumConnections(std::span<RasConnection> connections,
                                        std::size_t& count) = 0;
 

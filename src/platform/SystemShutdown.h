@@ -7,7 +7,7 @@ namespace tallowin::platform {
 
 namespace shutdown {
 inline constexpr std::uint32_t kShutdown = 1;
-inline constexpr std::uint32_t kForce = 4;  ///< no program is asked whether it would rather go on
+inline constexpr std::uint32_t kForce = 4;  ///< no program is asked, where the host can do that
 }  // namespace shutdown
 
 class SystemShutdown {

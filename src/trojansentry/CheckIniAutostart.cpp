@@ -10,7 +10,7 @@ namespace {
 using forms::Answer;
 using forms::MessageBoxStyle;
 
-struct Check {
+struct WatchedLine {
   const std::string& current;
   const std::string& baseline;
   const std::string& file;
@@ -20,7 +20,7 @@ struct Check {
   std::string_view key;
 };
 
-std::string Message(const Check& check) {
+std::string Message(const WatchedLine& check) {
   std::string text =
       "Tallowin has detected that a program has put itself into an autostart section of an INI "
       "file.\r\n"
@@ -41,7 +41,7 @@ std::string Message(const Check& check) {
   return text;
 }
 
-void Restore(const Check& check, const std::string& oldText, const ResponseTools& tools) {
+void Restore(const WatchedLine& check, const std::string& oldText, const ResponseTools& tools) {
   if (tools.iniFiles.WriteIni(check.file, check.section, check.key, oldText)) {
     tools.questions.MsgBox("Successfully Removed Possible Trojan From INI",
                            MessageBoxStyle::Information, "Item Removed");
@@ -51,7 +51,7 @@ void Restore(const Check& check, const std::string& oldText, const ResponseTools
   }
 }
 
-void Run(const Check& check, std::string& offendingFile, const ResponseTools& tools) {
+void CheckLine(const WatchedLine& check, std::string& offendingFile, const ResponseTools& tools) {
   if (check.current == check.baseline) return;
   // The text that the user is shown is the one to restore, also where the watch was started anew
   // behind the question.
@@ -67,15 +67,15 @@ void Run(const Check& check, std::string& offendingFile, const ResponseTools& to
 
 void CheckIniAutostart(AutostartPlaces& places, const ResponseTools& tools) {
   const core::TallowinModule& module = tools.module;
-  for (const Check& check : {
-           Check{places.CurrentShell, places.BaselineShell, module.SystemIniPath, "[Boot]", "Shell",
-                 "boot", "shell"},
-           Check{places.CurrentRunLine, places.BaselineRunLine, module.WinIniPath, "[Windows]",
-                 "Run", "windows", "run"},
-           Check{places.CurrentLoadLine, places.BaselineLoadLine, module.WinIniPath, "[Windows]",
-                 "Load", "windows", "load"},
+  for (const WatchedLine& check : {
+           WatchedLine{places.CurrentShell, places.BaselineShell, module.SystemIniPath, "[Boot]",
+                       "Shell", "boot", "shell"},
+           WatchedLine{places.CurrentRunLine, places.BaselineRunLine, module.WinIniPath,
+                       "[Windows]", "Run", "windows", "run"},
+           WatchedLine{places.CurrentLoadLine, places.BaselineLoadLine, module.WinIniPath,
+                       "[Windows]", "Load", "windows", "load"},
        }) {
-    Run(check, places.OffendingFile, tools);
+    CheckLine(check, places.OffendingFile, tools);
   }
 }
 

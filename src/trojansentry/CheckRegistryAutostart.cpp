@@ -30,7 +30,7 @@ constexpr Advice kReversedAdvice = {
     "choose no.",
 };
 
-struct Check {
+struct WatchedKey {
   CReadWriteEasyReg& reader;
   const VariantArray& current;
   const VariantArray& baseline;
@@ -38,7 +38,7 @@ struct Check {
   const Advice& advice;
 };
 
-std::string Message(const Check& check, const std::string& name) {
+std::string Message(const WatchedKey& check, const std::string& name) {
   std::string text =
       "Tallowin has detected that a program has put itself into an autostart section of your "
       "registry.\r\n"
@@ -67,7 +67,7 @@ void Delete(CReadWriteEasyReg& reader, const std::string& name, forms::Questions
   }
 }
 
-void Run(const Check& check, std::string& offendingFile, const ResponseTools& tools) {
+void CheckKey(const WatchedKey& check, std::string& offendingFile, const ResponseTools& tools) {
   if (NameCount(check.current) <= NameCount(check.baseline)) return;
   const std::string name = core::ToText(check.current->back());
   offendingFile = ToText(check.reader.GetValue(name, false));
@@ -80,15 +80,15 @@ void Run(const Check& check, std::string& offendingFile, const ResponseTools& to
 }  // namespace
 
 void CheckRegistryAutostart(AutostartPlaces& places, const ResponseTools& tools) {
-  for (const Check& check : {
-           Check{places.MachineRunReader, places.CurrentMachineRun, places.BaselineMachineRun,
-                 "HKEY_LOCAL_MACHINE", kMachineRunAdvice},
-           Check{places.MachineServicesReader, places.CurrentMachineServices,
-                 places.BaselineMachineServices, "HKEY_LOCAL_MACHINE", kReversedAdvice},
-           Check{places.UserRunReader, places.CurrentUserRun, places.BaselineUserRun,
-                 "HKEY_CURRENT_USER", kReversedAdvice},
+  for (const WatchedKey& check : {
+           WatchedKey{places.MachineRunReader, places.CurrentMachineRun, places.BaselineMachineRun,
+                      "HKEY_LOCAL_MACHINE", kMachineRunAdvice},
+           WatchedKey{places.MachineServicesReader, places.CurrentMachineServices,
+                      places.BaselineMachineServices, "HKEY_LOCAL_MACHINE", kReversedAdvice},
+           WatchedKey{places.UserRunReader, places.CurrentUserRun, places.BaselineUserRun,
+                      "HKEY_CURRENT_USER", kReversedAdvice},
        }) {
-    Run(check, places.OffendingFile, tools);
+    CheckKey(check, places.OffendingFile, tools);
   }
 }
 

@@ -9,12 +9,6 @@
 namespace tallowin::platform::linux_host {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
-
-void SkipBlanks(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-}
-
 std::string_view TakeWord(std::string_view& text) {
   SkipBlanks(text);
   const std::string_view word = text.substr(0, text.find_first_of(kBlanks));

@@ -9,7 +9,7 @@ namespace tallowin::platform::linux_host {
 namespace {
 
 constexpr int kPatience = 2000;
-constexpr qsizetype kLargestTable = qsizetype{4} << 20U;
+constexpr qsizetype kLongestOutput = qsizetype{4} << 20U;
 
 void Start(QProcess& program, const std::vector<std::string>& command, const char* argument) {
   if (command.empty()) return;
@@ -28,7 +28,7 @@ bool EndsInTime(QProcess& program, QByteArray& output) {
   clock.start();
   while (program.state() != QProcess::NotRunning) {
     const qint64 left = kPatience - clock.elapsed();
-    if (left <= 0 || output.size() > kLargestTable) {
+    if (left <= 0 || output.size() > kLongestOutput) {
       program.kill();
       program.waitForFinished(kPatience);
       return false;

@@ -12,12 +12,6 @@ namespace {
 constexpr std::array<std::string_view, 7> kKeys = {
     "Exec", "Hidden", "NotShowIn", "OnlyShowIn", "TryExec", "Type", "X-GNOME-Autostart-enabled"};
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
 /// The escapes of a value: \s \n \t \r and the backslash itself.
 std::string Unescaped(std::string_view value) {
   constexpr std::string_view kLetters = "sntr\\";

@@ -44,7 +44,8 @@ class EchoSocket {
   bool raw_ = false;
   int ttl_ = 0;
   std::int32_t destination_ = 0;
-  // Random, so that nobody who does not see the echo can answer it.
+  // Random, so that whoever does not see the echo has to guess its answer. A datagram socket sends
+  // the kernel's own identifier instead.
   std::uint16_t identifier_ = 0;
   std::uint16_t sequence_ = 0;
 };

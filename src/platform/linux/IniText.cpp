@@ -8,17 +8,17 @@
 namespace tallowin::platform::linux_host {
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kIniBlanks = " \t";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
+std::string_view WithoutBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kIniBlanks);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  return text.substr(first, text.find_last_not_of(kIniBlanks) - first + 1);
 }
 
 bool SameName(std::string_view a, std::string_view b) {
-  return LowerAscii(Trimmed(a)) == LowerAscii(Trimmed(b));
+  return LowerAscii(WithoutBlanks(a)) == LowerAscii(WithoutBlanks(b));
 }
 
 /// Offsets in the text: a line's bytes, then its line end.
@@ -41,7 +41,7 @@ Line LineAt(std::string_view text, std::size_t begin) {
 
 /// A header that lacks its bracket is an ordinary line and ends no section.
 std::optional<std::string_view> SectionName(std::string_view line) {
-  line = Trimmed(line);
+  line = WithoutBlanks(line);
   if (!line.starts_with('[')) return std::nullopt;
   const std::size_t close = line.find(']');
   if (close == std::string_view::npos) return std::nullopt;
@@ -49,7 +49,7 @@ std::optional<std::string_view> SectionName(std::string_view line) {
 }
 
 bool IsKey(std::string_view line, std::string_view key) {
-  const std::string_view trimmed = Trimmed(line);
+  const std::string_view trimmed = WithoutBlanks(line);
   if (trimmed.empty() || trimmed.starts_with(';')) return false;
   return SameName(line.substr(0, line.find('=')), key);
 }
@@ -72,7 +72,7 @@ Found Find(std::string_view text, std::string_view section, std::string_view key
     } else if (found.lastOfSection && IsKey(content, key)) {
       found.key = line;
       return found;
-    } else if (found.lastOfSection && !Trimmed(content).empty()) {
+    } else if (found.lastOfSection && !WithoutBlanks(content).empty()) {
       found.lastOfSection = line;
     }
   }
@@ -91,7 +91,7 @@ std::string WithValueInLine(std::string_view text, const Line& line, std::string
   changed += '=';
   if (equals < line.end && !value.empty()) {
     const std::string_view rest = text.substr(equals + 1, line.end - equals - 1);
-    changed += rest.substr(0, std::min(rest.find_first_not_of(kBlanks), rest.size()));
+    changed += rest.substr(0, std::min(rest.find_first_not_of(kIniBlanks), rest.size()));
   }
   changed += value;
   changed += text.substr(line.end);
@@ -106,7 +106,7 @@ std::string_view IniValue(std::string_view text, std::string_view section, std::
   const std::string_view line = found.key->Of(text);
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) return {};
-  std::string_view value = Trimmed(line.substr(equals + 1));
+  std::string_view value = WithoutBlanks(line.substr(equals + 1));
   const bool quoted = value.size() >= 2 && value.front() == value.back() &&
                       (value.front() == '"' || value.front() == '\'');
   return quoted ? value.substr(1, value.size() - 2) : value;

@@ -69,10 +69,12 @@ RasResult LinuxDialUp::RasEnumConnections(std::span<RasConnection> connections,
   if (!active) return ras::kEnumerationFailed;
   for (const QDBusObjectPath& path : qdbus_cast<QList<QDBusObjectPath>>(*active)) {
     if (!IsDialled(bus, path.path())) continue;
+    // A link whose name cannot be had is not one without a name, which may be hung up.
+    const QVariant name = LinkProperty(bus, path.path(), "Id");
+    if (!name.isValid()) continue;
     if (count < connections.size()) {
-      connections[count] = {
-          .hRasConn = path.path().toStdString(),
-          .szEntryName = LinkProperty(bus, path.path(), "Id").toString().toStdString()};
+      connections[count] = {.hRasConn = path.path().toStdString(),
+                            .szEntryName = name.toString().toStdString()};
     }
     ++count;
   }

@@ -47,8 +47,9 @@ void LinuxEventLoop::DoEvents() {
   ThrowIfEnded();
   if (nesting_ >= MaxNesting || LookedJustNow()) return;
   const Scoped nesting(nesting_, nesting_ + 1);
+  const auto now = std::chrono::steady_clock::now();
   if (!Pass(false, nullptr)) {
-    idleSince_ = std::chrono::steady_clock::now();
+    idleSince_ = now;
     interestsThen_ = poller_.Interests();
   }
   ThrowIfEnded();

@@ -65,7 +65,7 @@ class LinuxEventLoop final : public EventLoop {
   std::function<void()> onTerminationRequest_;
   std::optional<int> exitStatus_;
   Predicate done_ = nullptr;                         ///< what the innermost pass waits for
-  std::chrono::steady_clock::time_point idleSince_;  ///< the end of the last pass without an event
+  std::chrono::steady_clock::time_point idleSince_;  ///< the last pass without an event
   std::uint64_t interestsThen_ = 0;
   int nesting_ = 0;
   bool terminating_ = false;

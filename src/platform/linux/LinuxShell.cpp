@@ -33,10 +33,10 @@ constexpr std::int32_t kAccessDenied = 5;
 constexpr std::int32_t kBadFormat = 11;
 constexpr std::int32_t kNoAssociation = 31;
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kShellBlanks = " \t";
 
-void SkipBlanks(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+void SkipShellBlanks(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kShellBlanks), text.size()));
 }
 
 bool Skip(std::string_view& text, std::string_view prefix) {
@@ -64,7 +64,7 @@ std::optional<std::string_view> EditorArguments(std::string_view text) {
     std::string_view rest = text.substr(at + kEditor.size());
     (void)Skip(rest, ".exe");
     (void)Skip(rest, "\"");
-    const bool nameEnds = rest.empty() || kBlanks.find(rest.front()) != std::string_view::npos;
+    const bool nameEnds = rest.empty() || kShellBlanks.find(rest.front()) != std::string_view::npos;
     if (nameStarts && nameEnds && IsFolderPrefix(text.substr(0, at))) return rest;
   }
   return std::nullopt;
@@ -72,10 +72,10 @@ std::optional<std::string_view> EditorArguments(std::string_view text) {
 
 /// The file that the editor is to import. Empty if none is given.
 std::string FileToImport(std::string_view arguments) {
-  SkipBlanks(arguments);
-  if (Skip(arguments, "/s ") || Skip(arguments, "/s\t")) SkipBlanks(arguments);
+  SkipShellBlanks(arguments);
+  if (Skip(arguments, "/s ") || Skip(arguments, "/s\t")) SkipShellBlanks(arguments);
   if (Skip(arguments, "\"")) return std::string(arguments.substr(0, arguments.find('"')));
-  return std::string(arguments.substr(0, arguments.find_last_not_of(kBlanks) + 1));
+  return std::string(arguments.substr(0, arguments.find_last_not_of(kShellBlanks) + 1));
 }
 
 bool Exists(const std::string& path) {

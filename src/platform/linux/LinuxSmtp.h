@@ -11,8 +11,8 @@
 namespace tallowin::platform::linux_host {
 
 /// A status is libcurl's code. What is refused before anything is sent has one of libcurl's too:
-/// 3 for a server text that is no address, 43 for mail addresses and subjects. 64 is a server that
-/// does not encrypt and whose address has a user in it.
+/// 1 for another scheme, 3 for a server text that is no address, 43 for mail addresses and
+/// subjects. 64 is a server that does not encrypt and whose address has a user in it.
 class LinuxSmtp : public Smtp {
  public:
   /// `patience` is how long one sending may take in all. `authorities` is a file of certificates

@@ -23,13 +23,15 @@ bool LinuxSystemShutdown::ExitWindowsEx(std::uint32_t flags, std::uint32_t reser
   if ((flags & shutdown::kShutdown) == 0 || reserved != 0) return false;
   const SystemBus bus(busAddress_, kLimit);
   if ((flags & shutdown::kForce) != 0) {
-    // A program that has asked the manager not to shut down would make the plain call fail.
+    // A program that has asked the manager not to shut down makes the plain call fail for anybody
+    // but root.
     constexpr qulonglong kSkipInhibitors = 1U << 4U;
     auto forced = ManagerCall("PowerOffWithFlags");
     forced << kSkipInhibitors;
     if (Succeeds(bus, forced)) return true;
   }
-  // Older managers do not know that call, or that flag.
+  // Managers before version 255 do not know that flag, and newer ones may keep it from ordinary
+  // users: there, whoever holds the machine up has the last word.
   constexpr bool kAskForPassword = false;
   auto powerOff = ManagerCall("PowerOff");
   powerOff << kAskForPassword;

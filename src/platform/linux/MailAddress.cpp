@@ -5,15 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/Text.h"
+
 namespace tallowin::platform::linux_host {
 
 namespace {
-
-std::string_view WithoutBlanksAround(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 /// Tells which characters of a text stand between quotes, where a backslash takes the meaning from
 /// the character behind it.
@@ -79,12 +75,12 @@ bool IsPlainLine(std::string_view text) {
 
 std::optional<MailAddress> ParseMailAddress(std::string_view text) {
   if (!IsPlainLine(text)) return {};
-  text = WithoutBlanksAround(text);
+  text = Trimmed(text);
   std::optional<std::string> name("");
   std::string_view address = text;
   if (const auto bracket = text.rfind('<'); bracket != std::string_view::npos) {
     if (text.back() != '>') return {};
-    name = Unquoted(WithoutBlanksAround(text.substr(0, bracket)));
+    name = Unquoted(Trimmed(text.substr(0, bracket)));
     address = text.substr(bracket + 1, text.size() - bracket - 2);
   }
   if (!name || !IsAddress(address)) return {};
@@ -95,7 +91,7 @@ std::vector<MailAddress> ParseMailAddresses(std::string_view text) {
   std::vector<MailAddress> addresses;
   while (!text.empty()) {
     const std::size_t length = EntryLength(text);
-    const auto entry = WithoutBlanksAround(text.substr(0, length));
+    const auto entry = Trimmed(text.substr(0, length));
     text.remove_prefix(std::min(length + 1, text.size()));
     if (entry.empty()) continue;
     auto address = ParseMailAddress(entry);

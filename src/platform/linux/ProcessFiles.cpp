@@ -27,7 +27,7 @@ bool ReadNumber(std::string_view text, T& number, int base = 10) {
 }
 
 /// The kernel writes a line end in a path, and nothing else, as a number.
-std::string WithLineEnds(std::string_view path) {
+std::string WithNewlines(std::string_view path) {
   constexpr std::string_view kLineEnd = "\\012";
   std::string text(path);
   for (std::size_t at = 0; (at = text.find(kLineEnd, at)) != std::string::npos; ++at) {
@@ -89,7 +89,7 @@ std::optional<Mapping> ParseMapping(std::string_view line) {
   const std::string_view start = fields[0].substr(0, fields[0].find('-'));
   if (!ReadNumber(start, mapping.start, 16)) return {};
   mapping.executable = fields[1].size() > 2 && fields[1][2] == 'x';
-  if (line.starts_with('/')) mapping.file = WithLineEnds(line);
+  if (line.starts_with('/')) mapping.file = WithNewlines(line);
   return mapping;
 }
 

@@ -16,6 +16,7 @@ constexpr std::chrono::microseconds kLookInterval{100};
 constexpr std::chrono::milliseconds kStepOfFileTimes{20};
 // Far more than one attempt reads; a list that is walked through is not worth keeping.
 constexpr std::size_t kMostReadings = 256;
+constexpr std::size_t kLargest = 4096;
 
 std::chrono::nanoseconds SinceEpoch(const std::timespec& time) {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
@@ -69,7 +70,8 @@ const RegistryReadCache::Reading* RegistryReadCache::Find(const std::string& nam
 }
 
 void RegistryReadCache::Remember(std::string name, Reading reading) {
-  if (settled_ && readings_.size() < kMostReadings) {
+  const bool worthIt = readings_.size() < kMostReadings && reading.value.data.size() <= kLargest;
+  if (settled_ && worthIt) {
     readings_.insert_or_assign(std::move(name), std::move(reading));
   }
 }

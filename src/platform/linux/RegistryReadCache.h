@@ -16,8 +16,9 @@ namespace tallowin::platform::linux_host {
 /// store takes locks on its file. Whether the file has changed shows in the times and sizes of the
 /// store and of its write-ahead log, to which every commit of any process writes.
 ///
-/// Other processes may go unnoticed for a tenth of a millisecond; and, should one of them stand
-/// still in the middle of a commit, until `kLongestTrust` is over.
+/// Other processes may go unnoticed for a tenth of a millisecond; and until `kLongestTrust` is over
+/// should one of them stand still in the middle of a commit, or should the times of the file system
+/// step by more than a fiftieth of a second.
 class RegistryReadCache {
  public:
   struct Reading {

@@ -38,6 +38,8 @@ class RegistryStore {
   /// True if this store is no longer the one at its path.
   [[nodiscard]] bool Replaced() const { return connection_.Moved(); }
   [[nodiscard]] SqliteConnection& Connection() { return connection_; }
+  /// What is read next comes from the file.
+  void ForgetReadings() { cache_.Forget(); }
 
   [[nodiscard]] RegistryResult FindKey(std::string_view foldedPath, std::int64_t& key);
   [[nodiscard]] RegistryResult InsertKey(std::int64_t parent, std::string_view foldedPath,

@@ -38,9 +38,9 @@ std::string FoldPath(const Names& path) {
   return text;
 }
 
-// A file is replaced by hand, if ever, and each connection attempt reads a handful of values:
-// reading looks whether it is still the same one a hundred times a second. Writing always looks.
-constexpr std::chrono::milliseconds kTrustInTheFile{10};
+// A file is replaced by hand, if ever, and each connection attempt reads a handful of values, which
+// lie this close together. Writing always looks.
+constexpr std::chrono::microseconds kTrustInTheFile{100};
 
 class SqliteRegistryKey final : public RegistryKey {
  public:
@@ -82,6 +82,7 @@ RegistryResult MakeMissingKeys(RegistryStore& store, const Names& path, std::int
   SqliteTransaction transaction(store.Connection());
   int outcome = transaction.Begin();
   if (TranslateSqliteResult(outcome) != registry::kSuccess) return TranslateSqliteResult(outcome);
+  store.ForgetReadings();  // Only from here on do other processes leave the keys as they are.
   std::string folded;
   std::int64_t parent = 0;
   for (const std::string_view name : path) {

@@ -15,6 +15,7 @@ namespace tallowin::platform::linux_host {
 /// path 512 names; control characters in names are refused with kInvalidParameter, as is a value of
 /// more than a few megabytes with kWriteFault. A file that another process keeps locked holds the
 /// caller up for half a second and then gives kWriteFault; for a second from there on at once.
+/// What another process writes may be seen a tenth of a millisecond late (RegistryReadCache.h).
 class SqliteRegistry final : public Registry {
  public:
   /// `report` is called at once, or by a later operation, when a damaged file was set aside.

@@ -26,6 +26,15 @@ std::string CaseFolded(std::string_view name) {
   return LowerAscii(name);
 }
 
+std::string_view Trimmed(std::string_view text) {
+  SkipBlanks(text);
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+void SkipBlanks(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+}
+
 std::vector<std::string_view> Parts(std::string_view text, char separator) {
   std::vector<std::string_view> parts;
   while (!text.empty()) {

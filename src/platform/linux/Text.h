@@ -14,6 +14,11 @@ namespace tallowin::platform::linux_host {
 /// Equal for names that differ in case only. Bytes that are no UTF-8 stay apart from each other.
 [[nodiscard]] std::string CaseFolded(std::string_view name);
 
+/// Blanks of one line of a text file, the CR of a line end of two bytes included.
+inline constexpr std::string_view kBlanks = " \t\r";
+[[nodiscard]] std::string_view Trimmed(std::string_view text);
+void SkipBlanks(std::string_view& text);
+
 /// What stands between the separators; empty parts are left out. Points into `text`.
 [[nodiscard]] std::vector<std::string_view> Parts(std::string_view text, char separator);
 

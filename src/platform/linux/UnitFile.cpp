@@ -9,17 +9,10 @@
 namespace tallowin::platform::linux_host {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r";
-
 /// In the order in which they run; the main one is looked for first.
 constexpr std::array<const char*, 4> kCommandKeys = {"ExecStart", "ExecCondition", "ExecStartPre",
                                                      "ExecStartPost"};
 constexpr std::array<const char*, 2> kActivationKeys = {"Unit", "Service"};
-
-std::string_view Trimmed(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
 
 bool IsComment(std::string_view line) { return line.starts_with('#') || line.starts_with(';'); }
 

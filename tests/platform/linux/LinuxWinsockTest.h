@@ -15,7 +15,7 @@
 
 namespace tallowin::platform::linux_host {
 
-using test::ErrorOf;
+using tallowin::test::ErrorOf;
 
 class LinuxWinsockTest : public LoopTest {
  protected:
