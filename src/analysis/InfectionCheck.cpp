@@ -1,5 +1,6 @@
 #include "analysis/InfectionCheck.h"
 
+#include <chrono>
 #include <fstream>
 
 #include "analysis/CRC32.h"
@@ -10,6 +11,7 @@ namespace tallowin::analysis {
 namespace {
 
 constexpr std::int32_t kWait = 10000;
+constexpr std::chrono::milliseconds kRetry{100};
 
 [[noreturn]] void ThrowAccessError() {
   throw platform::RunTimeError(platform::error::kPathFileAccess, "Path/File access error");
@@ -34,6 +36,17 @@ void WriteProgram(const std::string& path, const std::string& base64) {
 
 }  // namespace
 
+InfectionCheck::InfectionCheck(core::MainForm& mainForm, core::MiscRoutines& misc,
+                               ReadFile& readFile, platform::Files& files, core::StatusLog& log,
+                               platform::EventLoop& loop)
+    : mainForm_(mainForm),
+      misc_(misc),
+      readFile_(readFile),
+      files_(files),
+      log_(log),
+      loop_(loop),
+      retry_(loop.MakeTimer(kRetry, [this] { Wait(); })) {}
+
 void InfectionCheck::ExeInfectChk_Click() {
   loop_.Post([this] { Run(); });
 }
@@ -44,7 +57,13 @@ void InfectionCheck::Run() {
   waiting_.push_back(WritePair());
   // One wait stands for all: a further one upon it would hold up nothing more than the first one
   // does, and the stack would not bear many of them.
-  if (waiting_.size() > 1) return;
+  if (waiting_.size() == 1) Wait();
+}
+
+void InfectionCheck::Wait() {
+  // Below it, a question or what is done for a caller would never come to its end.
+  retry_->SetEnabled(loop_.Nested());
+  if (loop_.Nested()) return;
   misc_.WaitForMilliseconds(kWait);
   while (!waiting_.empty()) {
     const std::string newest = std::move(waiting_.back());

@@ -1,6 +1,7 @@
 // Bait for a virus that alters programs as they are created or opened.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,22 +19,18 @@ namespace tallowin::analysis {
 class InfectionCheck {
  public:
   InfectionCheck(core::MainForm& mainForm, core::MiscRoutines& misc, ReadFile& readFile,
-                 platform::Files& files, core::StatusLog& log, platform::EventLoop& loop)
-      : mainForm_(mainForm),
-        misc_(misc),
-        readFile_(readFile),
-        files_(files),
-        log_(log),
-        loop_(loop) {}
+                 platform::Files& files, core::StatusLog& log, platform::EventLoop& loop);
 
   /// The wait in it does not end by itself (MiscRoutines::WaitForMilliseconds), and the rest of the
   /// program runs on around it. Each further click makes one more pair of files. The check is an
-  /// event of its own: whoever pressed the item, a menu or a command, does come to an end. There 75
-  /// is thrown where the files cannot be written.
+  /// event of its own, and waits only where no other handler stands below it: whoever pressed the
+  /// item, and what else is under way, does come to an end. Where the files cannot be written, that
+  /// event ends with error 75, which no handler takes.
   void ExeInfectChk_Click();
 
  private:
   void Run();
+  void Wait();
   [[nodiscard]] std::string WritePair();
   void Compare(const std::string& base);
   void Report(const std::string& path, const char* kind, std::string_view expected);
@@ -44,6 +41,7 @@ class InfectionCheck {
   platform::Files& files_;
   core::StatusLog& log_;
   platform::EventLoop& loop_;
+  std::unique_ptr<platform::Timer> retry_;  ///< asks again whether the wait may begin
   bool writing_ = false;
   std::vector<std::string> waiting_;  ///< what the pairs are called, up to their extensions
 };

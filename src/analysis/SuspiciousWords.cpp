@@ -3,7 +3,6 @@
 #include "analysis/SuspiciousWords.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>

@@ -44,6 +44,10 @@ class EventLoop {
   /// Runs `handler` as an event of its own, soon, in a later pass of the loop. Thread-safe.
   virtual void Post(std::function<void()> handler) = 0;
 
+  /// True while the running handler stands on another one, which called DoEvents or RunUntil and
+  /// cannot go on before this one returns.
+  [[nodiscard]] virtual bool Nested() const = 0;
+
   /// Ends the program at once: no statement behind this call runs, in any handler that is under
   /// way. `exitStatus` becomes the status of the process. The first call decides the status.
   [[noreturn]] virtual void End(int exitStatus) = 0;

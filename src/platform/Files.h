@@ -37,7 +37,9 @@ class Files {
   /// The whole file as it is now; it may be in use, or be the program of a running process. What
   /// cannot be read of it, since it shrinks meanwhile or the medium fails, comes as zeros, without
   /// an error. Throws RunTimeError 9 for what cannot be opened, has no bytes, or is no ordinary
-  /// file, and 7 for what this machine has no memory for. Never waits for another program.
+  /// file, and 7 for what this machine has no memory for. Does not wait
+  /// for another program, but for the medium: a file system of the network, or one that a program
+  /// serves, may hold it up.
   [[nodiscard]] virtual FileContents Read(std::string_view path) = 0;
 
   /// Removes the name, also that of a running program; a link goes and not what it leads to.

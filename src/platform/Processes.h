@@ -33,7 +33,7 @@ class Processes {
  public:
   virtual ~Processes() = default;
 
-  /// All running processes at one moment. The first entry is the kernel itself, which has id 0 and
+  /// The running processes, looked at one after the other. The first entry is the kernel itself, which has id 0 and
   /// no program. Nothing if the host cannot tell.
   [[nodiscard]] virtual std::optional<std::vector<ProcessEntry>> Snapshot() = 0;
 

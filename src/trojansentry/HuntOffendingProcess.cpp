@@ -19,14 +19,17 @@ void OffendingProcessHunt::HuntOffendingProcess(std::string& offendingFile) {
 
 bool OffendingProcessHunt::Hunt(const std::string& offendingFile) {
   if (offendingFile.empty() || !services_.misc.FileExists(offendingFile)) return true;
-  const std::string target = ChecksumOf(offendingFile);
+  const auto target = ChecksumOf(offendingFile);
+  if (!target) return true;
   // Nobody is shown the verdict: it is the same for every file.
   (void)services_.trojanDetect.ScanFileForVirii(offendingFile);
   const auto snapshot = services_.processes.Snapshot();
   if (!snapshot) return false;
   for (const platform::ProcessEntry& entry : *snapshot) {
     const std::string runningFile = RunningFile(entry);
-    if (ChecksumOf(runningFile) == target) AskToKill(entry, runningFile);
+    if (NamesOneFile(runningFile) && ChecksumOf(runningFile) == target) {
+      AskToKill(entry, runningFile);
+    }
   }
   return true;
 }
@@ -36,9 +39,14 @@ std::string OffendingProcessHunt::RunningFile(const platform::ProcessEntry& entr
                                     : services_.modList9x.ProcessPathFromId(entry.processId);
 }
 
-std::string OffendingProcessHunt::ChecksumOf(const std::string& path) {
-  return analysis::Crc32Text(
-      analysis::Crc32OfBytes(services_.readFile.ReadFileAsBytes(path).Text()));
+bool OffendingProcessHunt::NamesOneFile(const std::string& path) const {
+  return services_.misc.GetFullPath(path) == path && !services_.misc.GetShortPath(path).empty();
+}
+
+std::optional<std::string> OffendingProcessHunt::ChecksumOf(const std::string& path) {
+  const platform::FileContents contents = services_.readFile.ReadFileAsBytes(path);
+  if (contents.Text().empty()) return {};
+  return analysis::Crc32Text(analysis::Crc32OfBytes(contents.Text()));
 }
 
 void OffendingProcessHunt::AskToKill(const platform::ProcessEntry& entry,

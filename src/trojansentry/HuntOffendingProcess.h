@@ -1,6 +1,7 @@
 // The search for the running program behind a change, and its end.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "analysis/ModList9x.h"
@@ -40,7 +41,11 @@ class OffendingProcessHunt {
   /// False if there is no snapshot to look at.
   bool Hunt(const std::string& offendingFile);
   [[nodiscard]] std::string RunningFile(const platform::ProcessEntry& entry);
-  [[nodiscard]] std::string ChecksumOf(const std::string& path);
+  /// False for a bare name and for a pattern. A process may be called as its user likes: that must
+  /// not lead to files below the current folder, nor to those that a wildcard finds.
+  [[nodiscard]] bool NamesOneFile(const std::string& path) const;
+  /// Nothing where there is no such file, which then equals no other one.
+  [[nodiscard]] std::optional<std::string> ChecksumOf(const std::string& path);
   void AskToKill(const platform::ProcessEntry& entry, const std::string& runningFile);
   [[nodiscard]] bool Confirmed(const char* text, const char* title);
   void TellError(const platform::RunTimeError& error);

@@ -96,6 +96,20 @@ TEST_F(InfectionCheckTest, ClicksDuringTheWaitMakeMorePairsAndNoDeeperStack) {
   EXPECT_EQ(host.files.deleted.size(), 8U);
 }
 
+TEST_F(InfectionCheckTest, TheWaitDoesNotBeginOnTopOfAnotherHandler) {
+  constexpr std::chrono::milliseconds kRetry{100};
+  loop.nested = true;
+  Click(2);
+  EXPECT_EQ(paths.made, 2);
+  loop.Tick(kRetry);
+  EXPECT_EQ(loop.waits, 0);
+  loop.nested = false;
+  loop.Tick(kRetry);
+  EXPECT_EQ(loop.waits, 1);
+  EXPECT_EQ(host.files.deleted.size(), 4U);
+  EXPECT_FALSE(loop.Ticks(kRetry));
+}
+
 TEST_F(InfectionCheckTest, AFileThatWasDeletedCountsAsModified) {
   loop.duringWait = [&] { fs::remove(Base(1) + "exe"); };
   EXPECT_THROW(Click(), platform::RunTimeError);  // from its deletion

@@ -41,6 +41,7 @@ class FakeLoop : public platform::EventLoop {
     }
   }
   void Post(std::function<void()> handler) override { events_.push_back(std::move(handler)); }
+  [[nodiscard]] bool Nested() const override { return false; }
   [[noreturn]] void End(int) override {
     ended_ = true;
     throw platform::ProgramEnded();

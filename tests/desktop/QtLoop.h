@@ -30,6 +30,7 @@ class QtLoop : public platform::EventLoop {
   void Post(std::function<void()> handler) override {
     QTimer::singleShot(0, [this, handler = std::move(handler)] { Deliver(handler); });
   }
+  [[nodiscard]] bool Nested() const override { return false; }
   [[noreturn]] void End(int) override {
     ended_ = true;
     throw platform::ProgramEnded();

@@ -64,6 +64,7 @@ class FakeLoop : public platform::EventLoop {
  public:
   std::deque<std::function<void()>> pending;  ///< what the next pass delivers
   std::function<void(std::chrono::milliseconds)> whileAsleep;
+  bool nested = false;
 
   void DoEvents() override {
     if (ended_) throw platform::ProgramEnded();
@@ -85,6 +86,7 @@ class FakeLoop : public platform::EventLoop {
     }
   }
   void Post(std::function<void()> handler) override { pending.push_back(std::move(handler)); }
+  [[nodiscard]] bool Nested() const override { return nested; }
   [[noreturn]] void End(int exitStatus) override {
     if (!std::exchange(ended_, true)) exitStatus_ = exitStatus;
     throw platform::ProgramEnded();
@@ -248,8 +250,9 @@ class FakePaths : public platform::Paths {
   [[nodiscard]] std::string SystemFolder() const override { return folder_ + "/system"; }
   [[nodiscard]] std::string DriveC() const override { return folder_; }
   [[nodiscard]] bool Find(std::string_view path) const override {
-    return std::filesystem::exists(path);
+    return std::filesystem::exists(path) || patterns.contains(path);
   }
+  std::set<std::string, std::less<>> patterns;  ///< which a search finds, though no file is called so
   std::string MakeTempFile(std::string_view, std::string_view) override { return {}; }
   std::map<std::string, std::string, std::less<>> searchPath;  ///< where a search finds a name
   [[nodiscard]] std::string SearchPath(std::string_view name) const override {
@@ -257,10 +260,10 @@ class FakePaths : public platform::Paths {
     return found == searchPath.end() ? "" : found->second;
   }
   [[nodiscard]] std::string FullPath(std::string_view path) const override {
-    return std::string(path);
+    return path.starts_with('/') ? std::string(path) : folder_ + "/" + std::string(path);
   }
   [[nodiscard]] std::string ShortPath(std::string_view path) const override {
-    return std::string(path);
+    return std::filesystem::exists(path) ? std::string(path) : std::string();
   }
 
  private:

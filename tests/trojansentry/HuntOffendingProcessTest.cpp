@@ -76,6 +76,39 @@ TEST_F(HuntTest, NothingToHuntAsksNothing) {
   EXPECT_TRUE(questions.asked.empty());
 }
 
+TEST_F(HuntTest, WhatIsNoPathOfAFileMatchesNothing) {
+  // A process may be called like a pattern, or like a file that lies below the current folder.
+  Run(11, "*");
+  Run(12, std::filesystem::relative(File("copy", "bad")));
+  Run(13, host.folder.Path() + "/*");
+  host.paths.patterns = {"*", host.folder.Path() + "/*"};
+  std::string file = offender;
+  hunt.HuntOffendingProcess(file);
+  EXPECT_EQ(file, "");
+  EXPECT_TRUE(questions.asked.empty());
+}
+
+TEST_F(HuntTest, AMissingFileDoesNotEqualOneWhoseChecksumIs0) {
+  const std::string zero = File("zero", "\x9D\x0A\xD9\x6D");
+  Run(11, "/no/such/file");
+  Run(12, "Error");
+  Run(13, zero);
+  questions.answers = {Answer::Yes, Answer::No};
+  std::string file = zero;
+  hunt.HuntOffendingProcess(file);
+  EXPECT_EQ(host.processes.terminated, Ids{13});
+}
+
+TEST_F(HuntTest, AFileThatGoesBeforeItIsReadIsNotFound) {
+  struct VanishingFiles : test::FakeFiles {
+    [[nodiscard]] platform::FileContents Read(std::string_view path) override {
+      std::filesystem::remove(path);
+      return FakeFiles::Read(path);
+    }
+  } files;
+  EXPECT_EQ(analysis::ReadFile(misc, files).ReadFileAsText(offender), "");
+}
+
 TEST_F(HuntTest, WithoutASnapshotTheFileStaysForTheNextHunt) {
   host.processes.snapshots = false;
   std::string file = offender;

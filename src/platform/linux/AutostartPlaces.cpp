@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -55,11 +56,20 @@ void DropRepeated(std::vector<UnitFolder>& folders) {
 }
 
 std::vector<UnitFolder> UserUnitFolders(const std::string& config, const std::string& data) {
-  std::vector<UnitFolder> folders = {{config + "/systemd/user"}, {"/etc/systemd/user"}};
   const std::string runtime = Variable("XDG_RUNTIME_DIR", "");
-  if (runtime.starts_with('/')) folders.push_back({runtime + "/systemd/user"});
+  const bool hasRuntime = runtime.starts_with('/');
+  std::vector<UnitFolder> folders = {{config + "/systemd/user.control"}};
+  if (hasRuntime) folders.push_back({runtime + "/systemd/user.control"});
+  folders.push_back({config + "/systemd/user"});
+  folders.push_back({"/etc/systemd/user"});
+  for (const std::string& folder :
+       AbsoluteFolders(Variable("XDG_CONFIG_DIRS", "/etc/xdg"), "/systemd/user")) {
+    folders.push_back({folder});
+  }
+  if (hasRuntime) folders.push_back({runtime + "/systemd/user"});
   folders.push_back({"/run/systemd/user"});
-  folders.push_back({data + "/systemd/user", true});
+  // Whatever runs as the user may write there too.
+  folders.push_back({data + "/systemd/user"});
   for (const char* base : {"/usr/local/share", "/usr/share", "/usr/local/lib", "/usr/lib"}) {
     folders.push_back({base + std::string("/systemd/user"), true});
   }
@@ -68,12 +78,39 @@ std::vector<UnitFolder> UserUnitFolders(const std::string& config, const std::st
 }
 
 std::vector<UnitFolder> SystemUnitFolders() {
-  std::vector<UnitFolder> folders = {{"/etc/systemd/system"}, {"/run/systemd/system"}};
+  std::vector<UnitFolder> folders = {{"/etc/systemd/system.control"},
+                                     {"/run/systemd/system.control"},
+                                     {"/etc/systemd/system"},
+                                     {"/run/systemd/system"}};
   for (const char* base : {"/usr/local/lib", "/usr/lib", "/lib"}) {
     folders.push_back({base + std::string("/systemd/system"), true});
   }
   DropRepeated(folders);
   return folders;
+}
+
+std::string HostName() {
+  std::string name(HOST_NAME_MAX + 1, '\0');
+  if (gethostname(name.data(), name.size()) != 0) return {};
+  return name.substr(0, name.find('\0'));
+}
+
+/// %S is left out: where a user's units keep their state differs with the version of systemd.
+UnitMeanings UserMeanings(const std::string& home, const std::string& config) {
+  const std::string number = std::to_string(getuid());
+  return {{'h', home},
+          {'u', UserName()},
+          {'U', number},
+          {'H', HostName()},
+          {'E', config},
+          {'C', Variable("XDG_CACHE_HOME", (home + "/.cache").c_str())},
+          {'t', Variable("XDG_RUNTIME_DIR", ("/run/user/" + number).c_str())},
+          {'T', Variable("TMPDIR", "/tmp")}};
+}
+
+UnitMeanings SystemMeanings() {
+  return {{'h', "/root"},      {'u', "root"},     {'U', "0"},    {'H', HostName()}, {'E', "/etc"},
+          {'C', "/var/cache"}, {'S', "/var/lib"}, {'t', "/run"}, {'T', "/tmp"}};
 }
 
 std::string UserTables() {
@@ -97,7 +134,8 @@ AutostartPlaces AutostartPlaces::FromEnvironment(const LinuxFolders& folders) {
               Variable("PATH", "/usr/local/bin:/usr/bin:/bin:/usr/local/games:/usr/games"), ""),
           .userUnits = UserUnitFolders(config, data),
           .systemUnits = SystemUnitFolders(),
-          .home = folders.home,
+          .userMeanings = UserMeanings(folders.home, config),
+          .systemMeanings = SystemMeanings(),
           .userName = UserName(),
           .systemCrontab = "/etc/crontab",
           .cronFolder = "/etc/cron.d",

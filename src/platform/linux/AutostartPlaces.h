@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/linux/LinuxFolders.h"
+#include "platform/linux/UnitFile.h"
 
 namespace tallowin::platform::linux_host {
 
@@ -24,9 +25,10 @@ struct AutostartPlaces {
 
   std::vector<UnitFolder> userUnits = {};
   std::vector<UnitFolder> systemUnits = {};
-  std::string home = {};      ///< what units mean by %h
-  std::string userName = {};  ///< what units mean by %u; whose table of cron it is
+  UnitMeanings userMeanings = {};
+  UnitMeanings systemMeanings = {};
 
+  std::string userName = {};  ///< whose table of cron it is
   std::string systemCrontab = {};
   std::string cronFolder = {};
   std::string userTables = {};                   ///< where cron keeps the users' tables

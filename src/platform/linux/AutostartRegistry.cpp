@@ -70,14 +70,12 @@ AutostartRegistry::AutostartRegistry(Registry& stored, AutostartPlaces places,
     : stored_(stored), places_(std::move(places)), copies_(places_.copies) {
   AutostartView::Sources user;
   user.push_back(std::make_unique<XdgAutostart>(XdgAutostart::Of::User, places_, copies_));
-  user.push_back(std::make_unique<SystemdUnits>(
-      places_.userUnits, UnitMeanings{.home = places_.home, .userName = places_.userName},
-      copies_));
+  user.push_back(std::make_unique<SystemdUnits>(places_.userUnits, places_.userMeanings, copies_));
   AutostartView::Sources machine;
   machine.push_back(std::make_unique<XdgAutostart>(XdgAutostart::Of::System, places_, copies_));
   AutostartView::Sources services;
-  services.push_back(std::make_unique<SystemdUnits>(
-      places_.systemUnits, UnitMeanings{.home = "/root", .userName = "root"}, copies_));
+  services.push_back(
+      std::make_unique<SystemdUnits>(places_.systemUnits, places_.systemMeanings, copies_));
   services.push_back(std::make_unique<SystemCron>(places_, copies_));
   services.push_back(std::make_unique<UserCron>(places_, copies_));
 

@@ -31,20 +31,25 @@ std::string Unescaped(std::string_view value) {
   return text;
 }
 
-/// What follows a percent sign stands for files, names and icons that a session does not give.
+bool IsLetter(char c) { return LowerAscii(c) >= 'a' && LowerAscii(c) <= 'z'; }
+
+/// A letter behind a percent sign stands for files, names and icons that a session does not give.
 void AppendWithoutCode(std::string_view exec, std::size_t& at, std::string& word) {
-  if (exec[at] != '%') {
-    word += exec[at];
-  } else if (++at < exec.size() && exec[at] == '%') {
-    word += '%';
+  const char next = exec[at] == '%' && at + 1 < exec.size() ? exec[at + 1] : '\0';
+  if (IsLetter(next)) {
+    ++at;
+    return;
   }
+  word += exec[at];
+  if (next == '%') ++at;
 }
 
 /// Takes the inside of a quotation that begins at `at`. False if it has no end.
 bool TakeQuoted(std::string_view exec, std::size_t& at, std::string& word) {
+  const char quote = exec[at];
   for (++at; at < exec.size(); ++at) {
-    if (exec[at] == '"') return true;
-    if (exec[at] == '\\' && at + 1 < exec.size()) {
+    if (exec[at] == quote) return true;
+    if (quote == '"' && exec[at] == '\\' && at + 1 < exec.size()) {
       word += exec[++at];
     } else {
       AppendWithoutCode(exec, at, word);
@@ -63,7 +68,7 @@ std::optional<std::vector<std::string>> WordsOfExec(std::string_view exec) {
       if (!word.empty() || quoted) words.push_back(word);
       word.clear();
       quoted = false;
-    } else if (exec[at] == '"') {
+    } else if (exec[at] == '"' || exec[at] == '\'') {
       quoted = true;
       if (!TakeQuoted(exec, at, word)) return std::nullopt;
     } else if (exec[at] == '\\' && at + 1 < exec.size()) {
@@ -82,6 +87,86 @@ bool HonoursEnabledSwitch(const std::vector<std::string>& desktops) {
   return std::ranges::any_of(desktops, [&](const std::string& desktop) {
     return std::ranges::find(kNames, desktop) != kNames.end();
   });
+}
+
+using Values = std::map<std::string, std::string>;
+
+std::string TextOf(const Values& values, const std::string& key) {
+  const auto value = values.find(key);
+  return value == values.end() ? std::string() : Unescaped(value->second);
+}
+
+std::vector<std::string> NamesOf(const Values& values, const std::string& key) {
+  std::vector<std::string> names;
+  const std::string list = TextOf(values, key);
+  for (const std::string_view name : Parts(list, ';')) names.emplace_back(Trimmed(name));
+  return names;
+}
+
+bool Starts(const Values& values, const std::vector<std::string>& desktops,
+            const DesktopEntry::ProgramTest& isProgram) {
+  // What brings an entry into force may be written in any case, and what switches it off has to be
+  // as every session understands it.
+  if (TextOf(values, "Hidden") == "true") return false;
+  if (values.contains("Type") && LowerAscii(TextOf(values, "Type")) != "application") return false;
+  const auto same = [](const std::string& a, const std::string& b) {
+    return LowerAscii(a) == LowerAscii(b);
+  };
+  const std::vector<std::string> only = NamesOf(values, "OnlyShowIn");
+  if (values.contains("OnlyShowIn") &&
+      std::ranges::find_first_of(only, desktops, same) == only.end()) {
+    return false;
+  }
+  const std::vector<std::string> except = NamesOf(values, "NotShowIn");
+  if (std::ranges::find_first_of(except, desktops) != except.end()) return false;
+  const bool off = TextOf(values, "X-GNOME-Autostart-enabled") == "false";
+  if (off && HonoursEnabledSwitch(desktops)) return false;
+  const std::string needed = TextOf(values, "TryExec");
+  return !TextOf(values, "Exec").empty() && (needed.empty() || isProgram(needed));
+}
+
+/// How a session may take what stands twice.
+struct Manner {
+  bool takesFirst = false;
+  bool oneGroup = false;
+};
+
+/// The line ends behind backslashes are taken away, with these.
+std::string WithJoinedLines(std::string_view text) {
+  std::string joined;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text.substr(i, 2) == "\\\n") {
+      ++i;
+    } else if (text.substr(i, 3) == "\\\r\n") {
+      i += 2;
+    } else {
+      joined += text[i];
+    }
+  }
+  return joined;
+}
+
+Values Read(std::string_view text, Manner manner) {
+  Values values;
+  bool ours = false;
+  int groups = 0;
+  for (std::string_view line : Parts(text, '\n')) {
+    line = Trimmed(line);
+    if (line.starts_with('[')) {
+      ours = line == "[Desktop Entry]" && (++groups == 1 || !manner.oneGroup);
+    }
+    const std::size_t sign = line.find('=');
+    if (!ours || line.starts_with('#') || sign == std::string_view::npos) continue;
+    const std::string_view key = Trimmed(line.substr(0, sign));
+    if (std::ranges::find(kKeys, key) == kKeys.end()) continue;
+    std::string value(Trimmed(line.substr(sign + 1)));
+    if (manner.takesFirst) {
+      values.try_emplace(std::string(key), std::move(value));
+    } else {
+      values.insert_or_assign(std::string(key), std::move(value));
+    }
+  }
+  return values;
 }
 
 }  // namespace
@@ -106,48 +191,42 @@ std::string JoinedWords(const std::vector<std::string>& words) {
 }
 
 DesktopEntry::DesktopEntry(const BoundedText& file) : whole_(file.whole) {
-  bool ours = false;
-  for (std::string_view line : Parts(file.text, '\n')) {
-    line = Trimmed(line);
-    if (line.starts_with('[')) ours = line == "[Desktop Entry]";
-    const std::size_t sign = line.find('=');
-    if (!ours || line.starts_with('#') || sign == std::string_view::npos) continue;
-    const std::string_view key = Trimmed(line.substr(0, sign));
-    if (std::ranges::find(kKeys, key) == kKeys.end()) continue;
-    values_.insert_or_assign(std::string(key), std::string(Trimmed(line.substr(sign + 1))));
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  std::string_view text = file.text;
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  const auto add = [this](std::string_view from, Manner manner) {
+    Values values = Read(from, manner);
+    const bool known = std::ranges::find(readings_, values) != readings_.end();
+    if (!known) readings_.push_back(std::move(values));
+  };
+  const std::string joined = WithJoinedLines(text);
+  for (const bool first : {true, false}) {
+    for (const bool oneGroup : {true, false}) {
+      add(text, {first, oneGroup});
+      if (joined.size() != text.size()) add(joined, {first, oneGroup});
+    }
   }
 }
 
-std::string DesktopEntry::Text(const std::string& key) const {
-  const auto value = values_.find(key);
-  return value == values_.end() ? std::string() : Unescaped(value->second);
-}
-
-bool DesktopEntry::Is(const std::string& key, std::string_view value) const {
-  return Text(key) == value;
-}
-
-bool DesktopEntry::NamesOneOf(const std::string& key,
-                              const std::vector<std::string>& desktops) const {
-  const std::string list = Text(key);
-  return std::ranges::any_of(Parts(list, ';'), [&](std::string_view name) {
-    return std::ranges::find(desktops, Trimmed(name)) != desktops.end();
+bool DesktopEntry::IsStarted(const std::vector<std::string>& desktops,
+                             const ProgramTest& isProgram) const {
+  return !whole_ || std::ranges::any_of(readings_, [&](const Values& values) {
+    return Starts(values, desktops, isProgram);
   });
 }
 
-bool DesktopEntry::IsStarted(const std::vector<std::string>& desktops) const {
-  if (Is("Hidden", "true") || Is("Hidden", "1")) return false;
-  if (values_.contains("Type") && !Is("Type", "Application")) return false;
-  if (values_.contains("OnlyShowIn") && !NamesOneOf("OnlyShowIn", desktops)) return false;
-  if (NamesOneOf("NotShowIn", desktops)) return false;
-  if (Is("X-GNOME-Autostart-enabled", "false") && HonoursEnabledSwitch(desktops)) return false;
-  return !Text("Exec").empty() || !whole_;
-}
-
 std::string DesktopEntry::Command() const {
-  const std::string exec = Text("Exec");
-  const auto words = WordsOfExec(exec);
-  return words ? JoinedWords(*words) : exec;
+  std::vector<std::string> commands;
+  for (const Values& values : readings_) {
+    const std::string exec = TextOf(values, "Exec");
+    const auto words = WordsOfExec(exec);
+    std::string command = words ? JoinedWords(*words) : exec;
+    const bool known = std::ranges::find(commands, command) != commands.end();
+    if (!command.empty() && !known) commands.push_back(std::move(command));
+  }
+  std::string all;
+  for (const std::string& command : commands) all += (all.empty() ? "" : "; ") + command;
+  return all;
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -1,6 +1,7 @@
 // A desktop entry, as far as it decides whether and how a session starts it.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -10,26 +11,28 @@
 
 namespace tallowin::platform::linux_host {
 
+/// Sessions do not read a broken file alike: of a key that stands twice they take the first or the
+/// last, a group that stands twice is one or two, a backslash at the end of a line joins the next
+/// one to it or does not. So an entry has several readings.
 class DesktopEntry {
  public:
-  /// Any bytes will do. Where a key stands twice, the last one holds.
+  using ProgramTest = std::function<bool(const std::string& program)>;
+
+  /// Any bytes will do.
   explicit DesktopEntry(const BoundedText& file);
 
-  /// True if a session of `desktops` starts this entry. What is in doubt is taken for started; so
-  /// is an entry whose end was not read and that says nothing else up to there.
-  [[nodiscard]] bool IsStarted(const std::vector<std::string>& desktops) const;
-  /// The program without which the entry is not started; empty if it names none.
-  [[nodiscard]] std::string TryExec() const { return Text("TryExec"); }
-  /// What would run: without field codes, and without quotes if it is a program alone.
+  /// True if a session of `desktops` starts this entry under any reading. An entry whose end was
+  /// not read is taken for started. `isProgram` is asked about what the entry needs to be there.
+  [[nodiscard]] bool IsStarted(const std::vector<std::string>& desktops,
+                               const ProgramTest& isProgram) const;
+  /// What would run: without field codes, and without quotes if it is a program alone. Parted by
+  /// "; " where the readings differ.
   [[nodiscard]] std::string Command() const;
 
  private:
-  [[nodiscard]] std::string Text(const std::string& key) const;
-  [[nodiscard]] bool Is(const std::string& key, std::string_view value) const;
-  [[nodiscard]] bool NamesOneOf(const std::string& key,
-                                const std::vector<std::string>& desktops) const;
+  using Values = std::map<std::string, std::string>;  // as written, of the keys that matter here
 
-  std::map<std::string, std::string> values_;  // as written, of the keys that matter here
+  std::vector<Values> readings_;
   bool whole_;
 };
 

@@ -61,6 +61,7 @@ bool LinuxEventLoop::LookedJustNow() {
 }
 
 void LinuxEventLoop::RunUntil(const std::function<bool()>& done) {
+  const Scoped runs(runs_, runs_ + 1);
   for (;;) {
     ThrowIfEnded();
     if (done()) return;

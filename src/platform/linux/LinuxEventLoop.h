@@ -28,6 +28,7 @@ class LinuxEventLoop final : public EventLoop {
   void RunUntil(const std::function<bool()>& done) override;
   void Deliver(const std::function<void()>& handler) override;
   void Post(std::function<void()> handler) override;
+  [[nodiscard]] bool Nested() const override { return nesting_ > 0 || runs_ > 1; }
   [[noreturn]] void End(int exitStatus) override;
   [[nodiscard]] bool Ended() const override { return exitStatus_.has_value(); }
   [[nodiscard]] int ExitStatus() const override { return exitStatus_.value_or(0); }
@@ -68,6 +69,7 @@ class LinuxEventLoop final : public EventLoop {
   std::chrono::steady_clock::time_point idleSince_;  ///< the last pass without an event
   std::uint64_t interestsThen_ = 0;
   int nesting_ = 0;
+  int runs_ = 0;  ///< how many calls of RunUntil are under way
   bool terminating_ = false;
 };
 

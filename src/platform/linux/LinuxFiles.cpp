@@ -8,28 +8,16 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
-#include <fstream>
 #include <new>
 
 #include "platform/RunTimeError.h"
+#include "platform/linux/AvailableMemory.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/ForeignFiles.h"
 #include "platform/linux/LinuxPaths.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
-
-/// This system promises more memory than there is, and ends a program that takes the promise at its
-/// word. So what an allocation would say has to be asked for.
-std::uint64_t AvailableMemory() {
-  std::ifstream lines("/proc/meminfo");
-  std::uint64_t kilobytes = 0;
-  std::string name;
-  std::string unit;
-  for (std::uint64_t value = 0; lines >> name >> value && std::getline(lines, unit);) {
-    if (name == "MemAvailable:" || name == "SwapFree:") kilobytes += value;
-  }
-  return lines.eof() && kilobytes > 0 ? kilobytes * 1024 : UINT64_MAX;
-}
 
 /// Large files get large pages where the system has them: most of the time of a first read is
 /// spent on the pages that it goes into.
@@ -71,9 +59,13 @@ std::string LinuxFiles::RealName(std::string_view path) const {
 }
 
 FileContents LinuxFiles::Read(std::string_view path) {
-  // A pipe without a writer must not hold the program up, and a terminal is not to become ours.
-  const FileDescriptor file(
-      open(RealName(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  const std::string name = RealName(path);
+  // Asked before the opening, since to open a device may do something already. Should something
+  // else take its place meanwhile, then a pipe does not hold the program up, and a terminal does
+  // not become ours.
+  FileStamp stamp;
+  if (StampOfFile(name, stamp) != Reading::Done) throw NothingToRead();
+  const FileDescriptor file(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status = {};
   if (!file || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0) {
     throw NothingToRead();

@@ -10,11 +10,12 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <system_error>
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/Files.h"
+#include "platform/linux/ForeignFiles.h"
 #include "platform/linux/ProcessFiles.h"
 
 namespace tallowin::platform::linux_host {
@@ -24,10 +25,12 @@ namespace fs = std::filesystem;
 
 constexpr const char* kKernelName = "[kernel]";
 
+/// Nothing once the process or thread has gone: its files may be open still, and reading fails.
 std::optional<ProcessStatus> StatusIn(const std::string& folder) {
-  std::ifstream file(folder + "/stat", std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  return ParseProcessStatus(text);
+  constexpr std::size_t kLongest = 4096;
+  BoundedText status;
+  if (ReadBounded(folder + "/stat", kLongest, status) != Reading::Done) return {};
+  return ParseProcessStatus(status.text);
 }
 
 std::optional<std::uint32_t> IdFromName(const std::string& name) {
@@ -51,10 +54,41 @@ std::optional<std::vector<std::uint32_t>> IdsIn(const std::string& folder) {
   return ids;
 }
 
-/// Other users choose what their processes call themselves: it must not pass for a path.
+/// Other users choose what their processes call themselves: without a separator it is no full path.
 std::string BareName(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
 bool HasEnded(const ProcessStatus& status) { return status.state == 'Z' || status.state == 'X'; }
+
+/// The folder of a thread that runs: the first one may have ended and the others go on. Empty once
+/// all have ended.
+std::string RunningThreadIn(const std::string& folder) {
+  for (const std::uint32_t id : IdsIn(folder + "/task").value_or(std::vector<std::uint32_t>())) {
+    std::string thread = folder + "/task/" + std::to_string(id);
+    const auto status = StatusIn(thread);
+    if (status && !HasEnded(*status)) return thread;
+  }
+  return {};
+}
+
+bool Names(const std::string& path, const struct stat& file) {
+  struct stat named = {};
+  return stat(path.c_str(), &named) == 0 && named.st_dev == file.st_dev &&
+         named.st_ino == file.st_ino;
+}
+
+/// Never the path of another file, which would be taken for the one that runs: a process in a
+/// container names a file of the container, and what was deleted may have a successor.
+std::string ProgramOf(const std::string& folder, const std::string& bareName) {
+  const std::string link = folder + "/exe";
+  std::string path = LinkTarget(link);
+  struct stat running = {};
+  if (!path.starts_with('/') || stat(link.c_str(), &running) != 0) return bareName;
+  if (Names(path, running)) return path;
+  const std::string_view former = WithoutDeletedMark(path);
+  if (former.size() == path.size()) return bareName;
+  path.resize(former.size());
+  return !NameExists(path) || Names(path, running) ? path : bareName;
+}
 
 /// The error number in this system's numbering, as the contract has it.
 std::uint32_t ErrorNumber(int number) {
@@ -85,20 +119,16 @@ std::string LinuxProcesses::FolderOf(std::uint32_t processId) const {
   return folder_ + "/" + std::to_string(processId);
 }
 
-std::string LinuxProcesses::ProgramOf(const std::string& folder,
-                                      const std::string& bareName) const {
-  const std::string link = folder + "/exe";
-  std::error_code error;
-  const std::string path = fs::read_symlink(link, error).string();
-  if (error || !path.starts_with('/')) return bareName;
-  struct stat running = {};
-  if (stat(link.c_str(), &running) != 0) return bareName;
-  if (running.st_nlink == 0) return std::string(WithoutDeletedMark(path));
-  // A process in a container names a file of the container; here that name is another file's.
-  struct stat named = {};
-  const bool same = stat(path.c_str(), &named) == 0 && named.st_dev == running.st_dev &&
-                    named.st_ino == running.st_ino;
-  return same ? path : bareName;
+std::optional<ProcessEntry> LinuxProcesses::EntryOf(std::uint32_t processId) const {
+  const std::string folder = FolderOf(processId);
+  const auto status = StatusIn(folder);
+  if (!status || status->kernelThread) return {};
+  const std::string running = HasEnded(*status) ? RunningThreadIn(folder) : folder;
+  if (running.empty()) return {};
+  return ProcessEntry{.processId = processId,
+                      .startTime = status->startTime,
+                      .basePriority = status->basePriority,
+                      .exeFile = ProgramOf(running, BareName(status->name)) + '\0'};
 }
 
 std::optional<std::vector<ProcessEntry>> LinuxProcesses::Snapshot() {
@@ -106,12 +136,7 @@ std::optional<std::vector<ProcessEntry>> LinuxProcesses::Snapshot() {
   if (!ids) return {};
   std::vector<ProcessEntry> entries = {{.exeFile = std::string(kKernelName) + '\0'}};
   for (const std::uint32_t id : *ids) {
-    const auto status = StatusIn(FolderOf(id));
-    if (!status || status->kernelThread || HasEnded(*status)) continue;
-    entries.push_back({.processId = id,
-                       .startTime = status->startTime,
-                       .basePriority = status->basePriority,
-                       .exeFile = ProgramOf(FolderOf(id), BareName(status->name)) + '\0'});
+    if (auto entry = EntryOf(id)) entries.push_back(std::move(*entry));
   }
   return entries;
 }
@@ -121,7 +146,10 @@ std::uint32_t LinuxProcesses::Modules(std::uint32_t processId, std::vector<Modul
   std::ifstream maps(FolderOf(processId) + "/maps", std::ios::binary);
   if (!maps) return ErrorNumber(errno);
   std::vector<ModuleEntry> found = ModulesFrom(maps);
-  const std::string program = ProgramOf(FolderOf(processId), {});
+  if (maps.bad()) return processes::kNoSuchProcess;
+  // Spelt as among the mappings, where a few odd names look the same.
+  const std::string link = LinkTarget(FolderOf(processId) + "/exe");
+  const std::string program = WithNewlines(WithoutDeletedMark(link));
   std::stable_partition(found.begin(), found.end(),
                         [&](const ModuleEntry& module) { return module.exePath == program; });
   modules = std::move(found);

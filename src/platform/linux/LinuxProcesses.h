@@ -1,7 +1,9 @@
 // Processes as /proc shows them.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Processes.h"
 
@@ -13,8 +15,8 @@ class LinuxProcesses : public Processes {
   explicit LinuxProcesses(std::string folder = "/proc") : folder_(std::move(folder)) {}
 
   /// Without kernel threads and without processes that have ended and wait for their parent to
-  /// notice. A program that was deleted or replaced since it started keeps the path that it was
-  /// started from.
+  /// notice. A program that was deleted since it started keeps its path until another file goes by
+  /// that; then it has its bare name alone.
   [[nodiscard]] std::optional<std::vector<ProcessEntry>> Snapshot() override;
 
   /// The files that are mapped to be executed.
@@ -25,7 +27,7 @@ class LinuxProcesses : public Processes {
 
  private:
   [[nodiscard]] std::string FolderOf(std::uint32_t processId) const;
-  [[nodiscard]] std::string ProgramOf(const std::string& folder, const std::string& bareName) const;
+  [[nodiscard]] std::optional<ProcessEntry> EntryOf(std::uint32_t processId) const;
 
   std::string folder_;
 };

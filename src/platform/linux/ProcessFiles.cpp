@@ -26,7 +26,8 @@ bool ReadNumber(std::string_view text, T& number, int base = 10) {
   return result.ec == std::errc() && result.ptr == end;
 }
 
-/// The kernel writes a line end in a path, and nothing else, as a number.
+}  // namespace
+
 std::string WithNewlines(std::string_view path) {
   constexpr std::string_view kLineEnd = "\\012";
   std::string text(path);
@@ -35,8 +36,6 @@ std::string WithNewlines(std::string_view path) {
   }
   return text;
 }
-
-}  // namespace
 
 std::int32_t BasePriority(int nice, int policy) {
   constexpr std::int32_t kIdle = 4;

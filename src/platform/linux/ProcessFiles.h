@@ -33,6 +33,9 @@ struct Mapping {
 };
 [[nodiscard]] std::optional<Mapping> ParseMapping(std::string_view line);
 
+/// The kernel writes a line end in the path of a mapping, and nothing else, as a number.
+[[nodiscard]] std::string WithNewlines(std::string_view path);
+
 /// `path` without the mark that the kernel puts behind the name of a deleted file.
 [[nodiscard]] std::string_view WithoutDeletedMark(std::string_view path);
 

@@ -11,6 +11,15 @@ bool HoldsDependencies(std::string_view folder) {
          folder.ends_with(".upholds");
 }
 
+/// A template that is asked for without an instance gets that of the unit that asks, or its name.
+std::string NameIn(const std::string& folder, const std::string& link) {
+  UnitName unit = UnitName::Parse(link);
+  if (!unit.IsTemplate()) return link;
+  const UnitName asking = UnitName::Parse(folder.substr(0, folder.rfind('.')));
+  unit.instance = asking.hasInstance ? asking.instance : asking.prefix;
+  return unit.Text();
+}
+
 /// Aliases of targets and the like only choose between states of the system.
 bool RunsPrograms(const UnitName& unit) {
   constexpr std::array<std::string_view, 4> kTypes = {"service", "socket", "timer", "path"};
@@ -54,7 +63,7 @@ bool SystemdUnits::LookIntoDependencies(const std::string& folder, const std::st
     if (LinkTarget(path) == "/dev/null") {
       masked_.insert(dependency);
     } else if (!masked_.contains(dependency)) {
-      AddLink(link.name, path);
+      AddLink(NameIn(name, link.name), path);
     }
   }
   return true;

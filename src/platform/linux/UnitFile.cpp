@@ -16,14 +16,32 @@ constexpr std::array<const char*, 2> kActivationKeys = {"Unit", "Service"};
 
 bool IsComment(std::string_view line) { return line.starts_with('#') || line.starts_with(';'); }
 
-/// Lines that end in a backslash go on in the next one; comments between them are passed over.
+/// Up to a LF, CR or NUL, or CR and LF together, which are taken away as well.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find_first_of(std::string_view("\n\r\0", 3)), text.size());
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(end);
+  text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, text.size()));
+  return line;
+}
+
+/// A backslash that stands behind another one is only a letter.
+bool GoesOn(std::string_view line) {
+  const std::size_t last = line.find_last_not_of('\\');
+  const std::size_t signs = line.size() - (last == std::string_view::npos ? 0 : last + 1);
+  return signs % 2 == 1;
+}
+
+/// Lines that end in a backslash go on in the next one, which may be empty; comments between them
+/// are passed over.
 std::vector<std::string> WholeLines(std::string_view text) {
   std::vector<std::string> lines;
   std::string begun;
-  for (std::string_view line : Parts(text, '\n')) {
-    line = Trimmed(line);
+  while (!text.empty()) {
+    std::string_view line = TakeLine(text);
+    SkipBlanks(line);
     if (IsComment(line)) continue;
-    const bool goesOn = line.ends_with('\\');
+    const bool goesOn = GoesOn(line);
     if (goesOn) line.remove_suffix(1);
     begun.append(line);
     if (goesOn) {
@@ -39,7 +57,7 @@ std::vector<std::string> WholeLines(std::string_view text) {
 
 bool Matters(std::string_view key, std::string_view section) {
   if (std::ranges::find(kCommandKeys, key) != kCommandKeys.end()) {
-    return section != "[Unit]" && section != "[Install]";
+    return section == "[Service]" || section == "[Socket]";
   }
   if (key == "Unit") return section == "[Timer]" || section == "[Path]";
   return key == "Service" && section == "[Socket]";
@@ -83,12 +101,10 @@ std::string Meaning(char code, const UnitName& unit, const UnitMeanings& meaning
       return Unescaped(unit.prefix);
     case 'f':
       return "/" + Unescaped(unit.hasInstance ? unit.instance : unit.prefix);
-    case 'h':
-      return meanings.home;
-    case 'u':
-      return meanings.userName;
-    default:
-      return {'%', code};
+    default: {
+      const auto meaning = meanings.find(code);
+      return meaning == meanings.end() ? std::string{'%', code} : meaning->second;
+    }
   }
 }
 
@@ -167,16 +183,16 @@ std::string UnitName::Text() const {
   return prefix + (hasInstance ? "@" + instance : std::string()) + "." + type;
 }
 
-UnitFile::UnitFile(const BoundedText& file) : empty(file.text.empty()) {
+UnitFile::UnitFile(const BoundedText& file) {
   std::string section;
-  for (const std::string& line : WholeLines(file.text)) {
+  for (const std::string& whole : WholeLines(file.text)) {
+    const std::string_view line = Trimmed(whole);
     if (line.starts_with('[')) section = line;
     const std::size_t sign = line.find('=');
-    if (sign == std::string::npos) continue;
-    const std::string_view key = Trimmed(std::string_view(line).substr(0, sign));
+    if (sign == std::string_view::npos) continue;
+    const std::string_view key = Trimmed(line.substr(0, sign));
     if (!Matters(key, section)) continue;
-    assignments.push_back(
-        {std::string(key), std::string(Trimmed(std::string_view(line).substr(sign + 1)))});
+    assignments.push_back({std::string(key), std::string(Trimmed(line.substr(sign + 1)))});
   }
 }
 

@@ -25,11 +25,9 @@ struct UnitName {
   [[nodiscard]] std::string Text() const;
 };
 
-/// What units mean by the codes that begin with a percent sign.
-struct UnitMeanings {
-  std::string home = {};
-  std::string userName = {};
-};
+/// What units mean by the letters behind a percent sign, but for those that tell of the unit
+/// itself.
+using UnitMeanings = std::map<char, std::string>;
 
 /// One file, a fragment or a drop-in: its assignments in their order.
 struct UnitFile {
@@ -41,7 +39,6 @@ struct UnitFile {
   explicit UnitFile(const BoundedText& file);
 
   std::vector<Assignment> assignments = {};  ///< of the keys that matter here
-  bool empty = false;                        ///< an empty file says that the unit is not to start
 };
 
 /// What a fragment with its drop-ins comes to.

@@ -1,14 +1,24 @@
 #include "platform/linux/UnitSearch.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <ranges>
+#include <system_error>
 
 #include "platform/linux/ForeignFiles.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
 
+namespace fs = std::filesystem;
+
 std::string BaseName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+std::string WithoutLinks(const fs::path& folder) {
+  std::error_code error;
+  const fs::path real = fs::weakly_canonical(folder, error);
+  return (error ? folder : real).string();
+}
 
 /// In "a-b-.service.d" lie drop-ins for all units whose names begin with "a-b-".
 std::vector<std::string> DropInFolders(const UnitName& unit) {
@@ -33,7 +43,7 @@ bool UnitSearch::BeginLook(FolderWatch& watch) {
     watch.Name(place.path);
     std::vector<NameInFolder> names;
     if (ReadFolder(place.path, names) == Reading::ShortOfAll) return false;
-    Folder folder{.place = place};
+    Folder folder{.place = place, .real = WithoutLinks(place.path)};
     for (NameInFolder& name : names) folder.names.emplace(name.name, name);
     folders_.push_back(std::move(folder));
   }
@@ -55,14 +65,24 @@ std::string UnitSearch::FragmentOf(const UnitName& unit) const {
   return path;
 }
 
-/// By the names of links alone: where they lead is not to be trusted in a tree that is not mounted
-/// at its root.
+bool UnitSearch::IsPlace(const fs::path& folder) const {
+  const auto holds = [this](const std::string& path) {
+    return std::ranges::any_of(
+        folders_, [&](const Folder& each) { return each.place.path == path || each.real == path; });
+  };
+  return holds(folder.string()) || holds(WithoutLinks(folder));
+}
+
+/// A link that leads out of the folders is a unit of its own, whatever the file behind it is
+/// called: the name of a unit that is known already would be a hiding-place.
 std::string UnitSearch::AliasTarget(const UnitName& unit) const {
   const std::string path = FragmentOf(unit);
-  if (path.empty()) return {};
-  const std::string target = BaseName(LinkTarget(path));
+  const std::string link = path.empty() ? std::string() : LinkTarget(path);
+  if (link.empty()) return {};
+  const fs::path leadsTo = (fs::path(path).parent_path() / link).lexically_normal();
+  const std::string target = leadsTo.filename().string();
   UnitName named = UnitName::Parse(target);
-  if (!named.IsValid() || target == BaseName(path)) return {};
+  if (!named.IsValid() || target == BaseName(path) || !IsPlace(leadsTo.parent_path())) return {};
   if (named.IsTemplate()) named.instance = unit.instance;
   return named.Text();
 }

@@ -1,6 +1,7 @@
 // The units of one systemd manager: which file stands for a name, and what the unit runs.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
@@ -18,6 +19,7 @@ class UnitSearch {
  public:
   struct Folder {
     UnitFolder place = {};
+    std::string real = {};  ///< its path without links
     std::map<std::string, NameInFolder, std::less<>> names = {};
   };
 
@@ -30,7 +32,7 @@ class UnitSearch {
   [[nodiscard]] const std::vector<Folder>& Folders() const { return folders_; }
 
   /// The unit that a name stands for when all its aliases are followed: its own name if there is
-  /// none, or a circle of them.
+  /// none, or a circle of them. Only a link to a unit in one of the folders is an alias.
   [[nodiscard]] std::string WithoutAliases(std::string_view name) const;
 
   enum class State { Missing, Masked, Startable };
@@ -46,6 +48,7 @@ class UnitSearch {
  private:
   [[nodiscard]] std::string Find(std::string_view name) const;
   [[nodiscard]] std::string FragmentOf(const UnitName& unit) const;
+  [[nodiscard]] bool IsPlace(const std::filesystem::path& folder) const;
   [[nodiscard]] std::string AliasTarget(const UnitName& unit) const;
   [[nodiscard]] std::map<std::string, std::string> DropInsOf(const UnitName& unit);
   [[nodiscard]] UnitCommands CommandsOf(const UnitName& unit, const std::string& otherFragment);

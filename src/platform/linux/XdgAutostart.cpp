@@ -54,12 +54,11 @@ bool XdgAutostart::LookInto(const std::string& folder, bool told, std::set<std::
 }
 
 bool XdgAutostart::Starts(const DesktopEntry& entry) const {
-  if (!entry.IsStarted(places_.desktops)) return false;
-  const std::string program = entry.TryExec();
-  if (program.empty()) return true;
-  if (program.find('/') != std::string::npos) return IsProgram(program);
-  return std::ranges::any_of(places_.programFolders, [&](const std::string& folder) {
-    return IsProgram(folder + "/" + program);
+  return entry.IsStarted(places_.desktops, [this](const std::string& program) {
+    if (program.find('/') != std::string::npos) return IsProgram(program);
+    return std::ranges::any_of(places_.programFolders, [&](const std::string& folder) {
+      return IsProgram(folder + "/" + program);
+    });
   });
 }
 

@@ -23,23 +23,59 @@ TEST(DesktopEntry, CommandIsWhatWouldRun) {
            {R"(sh -c "echo \\$HOME")", "sh -c \"echo $HOME\""},
            {"tool --icon=%i \"\"", "tool --icon= \"\""},
            {"/a \"never closed", "/a \"never closed"},
-           {"tool %", "tool"},
+           {"tool %", "tool %"},
+           {"/home/u/evil%", "/home/u/evil%"},
+           {"\"/home/u/evil%\" %u", "/home/u/evil%"},
+           {"'/home/u/my evil' 'a\"b'", R"("/home/u/my evil" "a\"b")"},
        }) {
     const DesktopEntry entry({.text = "[Desktop Entry]\r\n Exec = " + exec + "\r\n"});
     EXPECT_EQ(entry.Command(), command);
-    EXPECT_TRUE(entry.IsStarted({}));
+    EXPECT_TRUE(entry.IsStarted({}, nullptr));
   }
 }
 
 TEST(DesktopEntry, DesktopsDecide) {
   const auto starts = [](const std::string& line, const std::vector<std::string>& desktops) {
-    return DesktopEntry({.text = "[Desktop Entry]\nExec=a\n" + line}).IsStarted(desktops);
+    return DesktopEntry({.text = "[Desktop Entry]\nExec=a\n" + line}).IsStarted(desktops, nullptr);
   };
   EXPECT_FALSE(starts("X-GNOME-Autostart-enabled=false", {"ubuntu", "GNOME"}));
   EXPECT_TRUE(starts("X-GNOME-Autostart-enabled=true", {"GNOME"}));
   EXPECT_FALSE(starts("OnlyShowIn=GNOME", {}));
-  EXPECT_TRUE(starts("OnlyShowIn=X ; GNOME", {"ubuntu", "GNOME"}));
+  EXPECT_TRUE(starts("OnlyShowIn=X ; Gnome", {"ubuntu", "GNOME"}));
+  EXPECT_TRUE(starts("NotShowIn=gnome", {"GNOME"})) << "not every session switches it off";
   EXPECT_TRUE(starts("NotShowIn=GNOME-Flashback", {"GNOME"}));
+}
+
+/// What one session passes over, another one starts.
+TEST(DesktopEntry, StartsUnderAnyReading) {
+  struct Case {
+    std::string text, command;
+    bool starts = true;
+    bool whole = true;
+  };
+  const std::string group = "[Desktop Entry]\n";
+  for (const auto& [text, command, starts, whole] : std::vector<Case>{
+           {"\xEF\xBB\xBF" + group + "Exec=/a\n", "/a"},
+           {group + "Exec=/a\nComment=x\\\nHidden=true\n", "/a"},
+           {group + "Comment=x\\\r\nExec=/a\r\n", "/a"},
+           {group + "Exec=/a\\\nb\n", "/a\\; /ab"},
+           {group + "Exec=/a\nExec=/b\n", "/a; /b"},
+           {group + "Exec=/a\nHidden=true\nHidden=false\n", "/a"},
+           {group + "Exec=/a\nType=Link\nType=application\n", "/a"},
+           {group + "Exec=/a\nOnlyShowIn=KDE\nOnlyShowIn=Other\n", "/a"},
+           {group + "Exec=/a\nTryExec=yes\nTryExec=no\n", "/a"},
+           {group + "Exec=/a\n" + group + "Type=Link\n", "/a"},
+           {group + "Exec=/a\nHidden=true\n", "/a", true, false},
+           {group + "Exec=/a\nHidden=true\nHidden=true\n", "/a", false},
+           {group + "Exec=/a\nTryExec=no\n", "/a", false},
+           {"Exec=/a\n", "", false},
+       }) {
+    const DesktopEntry entry({.text = text, .whole = whole});
+    EXPECT_EQ(entry.Command(), command) << text;
+    EXPECT_EQ(entry.IsStarted({"KDE"}, [](const auto& program) { return program == "yes"; }),
+              starts)
+        << text;
+  }
 }
 
 TEST(UnitFile, Commands) {
@@ -56,14 +92,17 @@ TEST(UnitFile, Commands) {
            {"[Service]\nExecStart=/old\nExecStart=\nExecStart = /new", "/new"},
            {"[Service]\nExecStartPre=/pre\nExecStart=/a\nExecStart=/b", "/a; /b"},
            {"[Service]\nExecStartPre=/pre\nExecStartPost=/post", "/pre; /post"},
-           {"[Service]\nExecStart=/tool %i %I %p %n %h %u %% %z %",
-            "/tool a\\x2db a-b my-tool my-tool@a\\x2db.service /home/me me % %z %"},
-           {"[Install]\nExecStart=/no\n[Unit]\nExecStart=/no", ""},
+           {"[Service]\nExecStart=/tool %i %I %p %n %h %% %z %",
+            "/tool a\\x2db a-b my-tool my-tool@a\\x2db.service /home/me % %z %"},
+           {"[Install]\nExecStart=/no\n[Unit]\nExecStart=/no\n[X-Mine]\nExecStart=/no", ""},
+           {"[Service]\nDescription=x \\\n\nExecStart=/tool\n", "/tool"},
+           {"[Service]\r\nDescription=x \\\\\r\nExecStart=/tool \\\r\n-x\r\n", "/tool -x"},
+           {"[Service]\nDescription=x\rExecStart=/tool\n", "/tool"},
            {"ExecStart", ""},
        }) {
     UnitCommands commands;
     commands.Apply(UnitFile({.text = text}));
-    EXPECT_EQ(commands.Command(unit, {.home = "/home/me", .userName = "me"}), command) << text;
+    EXPECT_EQ(commands.Command(unit, {{'h', "/home/me"}}), command) << text;
   }
   EXPECT_FALSE(UnitName::Parse("readme.txt").IsValid());
   EXPECT_FALSE(UnitName::Parse(".service").IsValid());

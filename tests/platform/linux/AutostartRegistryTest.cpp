@@ -92,7 +92,6 @@ TEST_F(AutostartTest, EntriesThatWouldNotStartAreNotThere) {
   for (const auto& [lines, starts] : std::vector<Case>{
            {"", true},
            {"Hidden=true\n", false},
-           {"Hidden=true\nHidden=false\n", true},
            {"OnlyShowIn=GNOME;XFCE;\n", false},
            {"OnlyShowIn=GNOME;KDE;\n", true},
            {"NotShowIn=KDE;\n", false},
@@ -103,12 +102,11 @@ TEST_F(AutostartTest, EntriesThatWouldNotStartAreNotThere) {
            {"TryExec=crontab\n", true},
            {"X-GNOME-Autostart-enabled=false\n", true},  // of another desktop's settings
            {"[Other]\nHidden=true\n", true},
-           {"Exec=\n", false},
-           {"Type=Link\n", false},
        }) {
     Write(file, Entry("/a", lines));
     EXPECT_EQ(Commands(*key).size(), starts ? 1U : 0U) << lines;
   }
+  Write(file, Entry(""));
   Write("/config/autostart/a.desktop~", Entry("/left/over"));
   EXPECT_EQ(Commands(*key), Strings{});
 }
@@ -133,7 +131,8 @@ TEST_F(AutostartTest, UnitsWithAliasesDropInsAndMasks) {
   fs::create_symlink("real.service", top_ + "/lib/systemd/system/other.service");
   fs::create_symlink("/anywhere/other.service",
                      top_ + "/etc/systemd/system/multi-user.target.wants/other.service");
-  fs::create_symlink("/anywhere/real.service", top_ + "/etc/systemd/system/dbus-real.service");
+  fs::create_symlink(top_ + "/lib/systemd/system/real.service",
+                     top_ + "/etc/systemd/system/dbus-real.service");
   const Key key = Services();
   EXPECT_EQ(Commands(*key), Strings{"/real --x; /two"});  // one unit, under whatever names
   fs::create_directories(top_ + "/etc/systemd/system/real.service.d");
@@ -159,6 +158,37 @@ TEST_F(AutostartTest, UnitsWithAliasesDropInsAndMasks) {
   EXPECT_EQ(Commands(*key), Strings{""});
 }
 
+TEST_F(AutostartTest, UnitsThatHideBehindNamesOfOthers) {
+  const std::string units = "/config/systemd/user/";
+  const std::string wants = top_ + units + "default.target.wants/";
+  Write(units + "pulse.service", "[Service]\nExecStart=/pulse\n");
+  fs::create_symlink("/dev/null", top_ + units + "masked.service");
+  fs::create_symlink("../pulse.service", wants + "pulse.service");
+  const Key key = UserRun();
+  EXPECT_EQ(Commands(*key), Strings{"/pulse"});
+  // Linked from elsewhere, under the name of an enabled or a masked unit there.
+  for (const std::string& behind : Strings{"pulse", "masked"}) {
+    Write("/outside/" + behind + ".service", "[Service]\nExecStart=/evil-" + behind + "\n");
+    const std::string name = "evil-" + behind + ".service";
+    fs::create_symlink(top_ + "/outside/" + behind + ".service", top_ + units + name);
+    fs::create_symlink("../" + name, wants + name);
+    EXPECT_EQ(Commands(*key).back(), "/evil-" + behind);
+  }
+  // A template without an instance.
+  Write(units + "tmpl@.service", "[Service]\nExecStart=/tmpl %i\n");
+  fs::create_symlink("../tmpl@.service", wants + "tmpl@.service");
+  EXPECT_EQ(Commands(*key).back(), "/tmpl default");
+  // A more important folder takes a mask back.
+  fs::create_symlink("../masked.service", wants + "masked.service");
+  EXPECT_EQ(Commands(*key).size(), 4U);
+  fs::create_directory(top_ + "/config/systemd/user.control");
+  Write("/config/systemd/user.control/masked.service", "[Service]\nExecStart=/unmasked\n");
+  EXPECT_EQ(Commands(*key).back(), "/unmasked");
+  const AutostartPlaces real = AutostartPlaces::FromEnvironment(home_.Folders());
+  EXPECT_EQ(real.userUnits.front().path, top_ + "/systemd/user.control");
+  EXPECT_EQ(real.systemUnits.front().path, "/etc/systemd/system.control");
+}
+
 TEST_F(AutostartTest, UnitsEnabledBySystemctl) {
   const auto run = [&](const std::string& words) {
     return std::system(("systemctl --root=" + top_ + " " + words + " >/dev/null 2>&1").c_str());
@@ -172,6 +202,10 @@ TEST_F(AutostartTest, UnitsEnabledBySystemctl) {
   const Key key = Services();
   EXPECT_EQ(Commands(*key), Strings{});
   ASSERT_EQ(run("enable one.service"), 0);
+  // The link was made as if this tree lay at the root of the system.
+  fs::remove(top_ + "/etc/systemd/system/uno.service");
+  fs::create_symlink(top_ + "/lib/systemd/system/one.service",
+                     top_ + "/etc/systemd/system/uno.service");
   EXPECT_EQ(Commands(*key), Strings{"/one"});
   ASSERT_EQ(run("enable many@a-b.service many@c.service"), 0);
   EXPECT_EQ(Commands(*key).size(), 3U);
@@ -219,7 +253,8 @@ TEST_F(AutostartTest, WhatTheUserMayNotChangeStays) {
   Write("/lib/systemd/system/a.service", "[Service]\nExecStart=/unit\n");
   fs::create_symlink("/x/a.service",
                      top_ + "/etc/systemd/system/multi-user.target.wants/a.service");
-  fs::create_symlink("/x/a.service", top_ + "/etc/systemd/system/b.service");
+  fs::create_symlink(top_ + "/lib/systemd/system/a.service",
+                     top_ + "/etc/systemd/system/b.service");
   const Key machine = MachineRun();
   const Key services = Services();
   for (RegistryKey* key : {machine.get(), services.get()}) {

@@ -43,6 +43,21 @@ TEST_F(LinuxEventLoopTest, EndLeavesEveryHandlerThatIsUnderWay) {
   EXPECT_EQ(loop.ExitStatus(), 3);
 }
 
+TEST_F(LinuxEventLoopTest, AHandlerIsNestedWhereAnotherOneWaitsForIt) {
+  int nested = 0;
+  const auto count = [&] { nested += loop.Nested() ? 1 : 0; };
+  RunProgram([&] {
+    EXPECT_FALSE(loop.Nested());
+    loop.Post(count);
+    loop.DoEvents();
+    EXPECT_EQ(nested, 1);
+    loop.Post(count);
+    loop.RunUntil([&] { return nested == 2; });
+    EXPECT_FALSE(loop.Nested());
+    loop.End(0);
+  });
+}
+
 TEST_F(LinuxEventLoopTest, OneLoopEndsWithoutTheOther) {
   LinuxEventLoop other;
   RunProgram([&] { loop.End(0); });

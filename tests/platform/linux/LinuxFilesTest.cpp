@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "platform/RunTimeError.h"
+#include "platform/linux/AvailableMemory.h"
 #include "platform/linux/TemporaryHome.h"
 
 namespace tallowin::platform::linux_host {
@@ -60,6 +61,26 @@ TEST_F(LinuxFilesTest, AFileBeyondAllMemoryIsAnErrorAndNotTheEnd) {
   fs::resize_file(path, std::uintmax_t{1} << 42U, error);
   if (error) GTEST_SKIP() << "no such files on this file system";
   EXPECT_EQ(ErrorOfRead(path), 7);
+}
+
+TEST_F(LinuxFilesTest, MemoryIsWhatMachineAndControlGroupsLeave) {
+  const std::string groups = home_.Path() + "/sys/fs/cgroup";
+  fs::create_directories(home_.Path() + "/proc/self");
+  fs::create_directories(groups + "/outer/inner");
+  EXPECT_EQ(AvailableMemory(home_.Path()), UINT64_MAX);
+  test::WriteFile(home_.Path() + "/proc/meminfo", "MemAvailable: 90 kB\nSwapFree: 10 kB\n");
+  EXPECT_EQ(AvailableMemory(home_.Path()), 102400U);
+  test::WriteFile(home_.Path() + "/proc/self/cgroup", "1:cpu:/other\n0::/outer/inner\n");
+  test::WriteFile(groups + "/outer/inner/memory.max", "max\n");
+  test::WriteFile(groups + "/outer/inner/memory.current", "99000\n");
+  test::WriteFile(groups + "/outer/memory.max", "50000\n");
+  test::WriteFile(groups + "/outer/memory.current", "30000\n");
+  EXPECT_EQ(AvailableMemory(home_.Path()), 20000U);
+  test::WriteFile(groups + "/outer/memory.stat", "anon 1\ninactive_file 2000\nactive_file 500\n");
+  EXPECT_EQ(AvailableMemory(home_.Path()), 22500U);
+  test::WriteFile(groups + "/memory.max", "7\n");
+  test::WriteFile(groups + "/memory.current", "8\n");
+  EXPECT_EQ(AvailableMemory(home_.Path()), 0U);
 }
 
 TEST_F(LinuxFilesTest, DeletesOneName) {

@@ -6,6 +6,7 @@
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,6 +32,7 @@ class Child {
       throw std::runtime_error("cannot start " + program);
     }
   }
+  explicit Child(pid_t id) : id_(id) {}
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
   ~Child() {
@@ -102,16 +104,64 @@ TEST_F(LinuxProcessesTest, EntriesTellPathAndPriority) {
     EXPECT_NE(file, std::string("kthreadd\0", 9));
 }
 
-TEST_F(LinuxProcessesTest, ADeletedOrReplacedProgramKeepsItsPath) {
+TEST_F(LinuxProcessesTest, ADeletedProgramKeepsItsPathUntilAnotherFileTakesIt) {
   const Child child(program_);
   fs::remove(program_);
   EXPECT_EQ(Find(processes_, child.Id())->exeFile, program_ + '\0');
-  test::WriteFile(program_, "new");
-  EXPECT_EQ(Find(processes_, child.Id())->exeFile, program_ + '\0');
+  test::WriteFile(home_.Path() + "/new", "new");
+  fs::rename(home_.Path() + "/new", program_);
+  EXPECT_EQ(Find(processes_, child.Id())->exeFile, std::string("sleeper") + '\0');
 
   const std::string marked = Copy("odd (deleted)");
   const Child odd(marked);
   EXPECT_EQ(Find(processes_, odd.Id())->exeFile, marked + '\0');
+
+  const std::string linked = Copy("linked");
+  fs::create_hard_link(linked, home_.Path() + "/other name");
+  const Child underOneOfTwo(linked);
+  fs::remove(linked);
+  EXPECT_EQ(Find(processes_, underOneOfTwo.Id())->exeFile, linked + '\0');
+}
+
+TEST_F(LinuxProcessesTest, AProcessRunsOnWithoutItsFirstThread) {
+  Child child(fork());
+  if (child.Id() == 0) {
+    std::thread([] { pause(); }).detach();
+    syscall(SYS_exit, 0);
+  }
+  const std::string status = "/proc/" + std::to_string(child.Id()) + "/stat";
+  while (ParseProcessStatus(test::FileText(status))->state != 'Z') std::this_thread::yield();
+  const auto entry = Find(processes_, child.Id());
+  ASSERT_TRUE(entry);
+  EXPECT_EQ(entry->exeFile, fs::read_symlink("/proc/self/exe").string() + '\0');
+  processes_.Terminate(*entry);
+  EXPECT_EQ(child.Wait(), SIGKILL);
+}
+
+TEST_F(LinuxProcessesTest, AProcessThatGoesWhileItIsLookedAtIsNotListed) {
+  // To read the file fails as it does where the process has gone since it was opened.
+  fs::create_directories(home_.Path() + "/7");
+  fs::create_symlink("/proc/self/mem", home_.Path() + "/7/stat");
+  EXPECT_EQ(LinuxProcesses(home_.Path()).Snapshot()->size(), 1U);
+}
+
+TEST_F(LinuxProcessesTest, ProgramsThatMayNotBeKnownHaveTheirBareNames) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can become another user";
+  const fs::perms others = fs::perms::group_exec | fs::perms::others_exec;
+  fs::permissions(home_.Path(), fs::perms::owner_all | others);
+  fs::permissions(program_, fs::perms::owner_exec | others);
+  const Child ofRoot(program_);
+  const auto bothAreBare = [&]() noexcept {
+    constexpr uid_t kNobody = 65534;
+    if (setresuid(kNobody, kNobody, kNobody) != 0) return false;
+    const Child unreadable(program_);
+    const std::string bareName = std::string("sleeper") + '\0';
+    return Find(processes_, unreadable.Id()).value().exeFile == bareName &&
+           Find(processes_, ofRoot.Id()).value().exeFile == bareName;
+  };
+  Child user(fork());
+  if (user.Id() == 0) kill(getpid(), bothAreBare() ? SIGUSR1 : SIGABRT);
+  EXPECT_EQ(user.Wait(), SIGUSR1);
 }
 
 TEST_F(LinuxProcessesTest, TerminateKillsAndTheEndedAreNotListed) {
