@@ -172,16 +172,6 @@ class Hunt(TestCase):
         self.assertIsNone(process.poll())
 
 
-    def test_the_infection_check_lets_what_lies_below_it_go_on(self):
-        program = self.start(until=WATCHED)
-        self.install(self.offender)
-        place = program.wait_for(FOUND) + 1
-        program.send("click MainForm.ExeInfectChk")
-        place = program.wait_for("Waiting 10 Seconds For Infection...", start=place)
-        program.send("no")
-        self.assert_hunt_is_over(program, place)
-
-
 class InfectionCheck(TestCase):
     def test_clicks_leave_bait_and_a_program_that_goes_on(self):
         self.home.set_up({})

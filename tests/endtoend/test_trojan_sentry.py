@@ -1,5 +1,6 @@
 """The watch of the autostart places, from the change to the answer."""
 
+import os
 import time
 import unittest
 
@@ -107,6 +108,45 @@ class TrojanSentry(TestCase):
         log = [m for m in program.messages if "Sentry" in m]
         self.assertEqual(log, ["Port Sentry Deactivated", "Trojan Sentry Deactivated",
                                "Trojan Sentry Activated"])
+
+    def undo(self, program, start, name, data):
+        self.assertEqual(self.block(program, "Remove Registry Entry?", start),
+                         registry_question(name, data))
+        program.send("yes")
+        end = program.wait_for("ok", start=start)
+        self.assertEqual(program.lines[end - 1],
+                         "Successfully Removed Possible Trojan From Registry")
+        self.end_tick(program, "ok")
+
+    def copies_of(self, path):
+        undone = self.home.path / "data" / "tallowin" / "undone"
+        return [each / path.relative_to("/") for each in undone.iterdir()
+                if os.path.lexists(each / path.relative_to("/"))]
+
+    def test_what_this_system_starts(self):
+        program = self.watch()
+        config = self.home.path / "config"
+        entry = config / "autostart" / "evil.desktop"
+        entry.parent.mkdir()
+        start = len(program.lines)
+        entry.write_text("[Desktop Entry]\nType=Application\nExec=/opt/evil --quiet\n")
+        self.undo(program, start, f"XDG autostart: {entry}", "/opt/evil --quiet")
+        self.assertFalse(entry.exists())
+        self.assertEqual(len(self.copies_of(entry)), 1)
+        self.nothing_but_a_marker(program)
+
+        unit = config / "systemd" / "user" / "evil.service"
+        link = unit.parent / "default.target.wants" / "evil.service"
+        link.parent.mkdir(parents=True)
+        unit.write_text("[Service]\nExecStart=/opt/evil --daemon\n")
+        start = len(program.lines)
+        link.symlink_to("../evil.service")
+        self.undo(program, start, f"systemd unit: {link}", "/opt/evil --daemon")
+        self.assertFalse(link.is_symlink())
+        self.assertTrue(unit.exists())
+        self.assertEqual(len(self.copies_of(link)), 1)
+        self.nothing_but_a_marker(program)
+        program.quit()
 
     def test_run_line_of_win_ini(self):
         windows = self.home.path / "data" / "tallowin" / "drive_c" / "windows"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <utility>
 
 #include "platform/linux/AutostartNames.h"
@@ -63,7 +62,7 @@ AutostartListing::AutostartListing(const AutostartListing& before,
 
   std::vector<AutostartRow> rows = AllRows(stored, live);
   std::vector<std::pair<Rank, std::size_t>> order;
-  std::set<std::string> taken;
+  UniqueNames names;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const auto place = places.find(IdentityOf(rows[i]));
     const bool known = place != places.end();
@@ -71,12 +70,12 @@ AutostartListing::AutostartListing(const AutostartListing& before,
     order.emplace_back(RankOf(rows[i], old, known ? place->second : 0), i);
     if (!known) continue;
     rows[i].name = old->name;
-    taken.insert(CaseFolded(old->name));
+    names.Take(old->name);
   }
   std::ranges::sort(order);
   for (const auto& [rank, index] : order) {
     AutostartRow& row = rows[index];
-    if (rank.age == Age::New) row.name = UniqueName(row.fullName, taken);
+    if (rank.age == Age::New) row.name = names.Make(row.fullName);
     rows_.push_back(std::move(row));
   }
 }
@@ -88,14 +87,17 @@ const AutostartRow* AutostartListing::Find(std::string_view name) const {
     return row == rows_.end() ? nullptr : &*row;
   };
   const AutostartRow* row = first([&](const AutostartRow& each) { return each.name == name; });
-  if (row == nullptr) row = first([&](const AutostartRow& each) { return each.fullName == name; });
-  if (row == nullptr) {
-    row = first([&](const AutostartRow& each) { return CaseFolded(each.name) == folded; });
-  }
-  if (row == nullptr) {
-    row = first([&](const AutostartRow& each) { return CaseFolded(each.fullName) == folded; });
-  }
-  return row;
+  if (row != nullptr) return row;
+  const auto isLong = [](const AutostartRow& each) {
+    return each.fullName.size() > kEnumerableBytes;
+  };
+  row = first([&](const AutostartRow& each) { return isLong(each) && each.fullName == name; });
+  if (row != nullptr) return row;
+  // A live entry answers to no name but its own: the one that was asked for may just have gone.
+  return first([&](const AutostartRow& each) {
+    return each.source == AutostartRow::kStored && (each.name == each.fullName || isLong(each)) &&
+           CaseFolded(each.fullName) == folded;
+  });
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -8,15 +8,9 @@
 
 #include "platform/Registry.h"
 #include "platform/linux/AutostartSource.h"
+#include "platform/linux/StoredValue.h"
 
 namespace tallowin::platform::linux_host {
-
-struct StoredValue {
-  std::string name = {};
-  RegistryValue value = {};
-
-  friend bool operator==(const StoredValue&, const StoredValue&) = default;
-};
 
 struct AutostartRow {
   static constexpr std::size_t kStored = SIZE_MAX;
@@ -41,7 +35,8 @@ class AutostartListing {
                    const Live& live);
 
   [[nodiscard]] const std::vector<AutostartRow>& Rows() const { return rows_; }
-  /// By its name or its full name; null if there is none.
+  /// By its name, or its full name where that is too long to be enumerated; a stored value in any
+  /// case. Null if there is none, also where an entry of a similar name was there before.
   [[nodiscard]] const AutostartRow* Find(std::string_view name) const;
 
  private:

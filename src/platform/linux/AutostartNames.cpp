@@ -17,6 +17,20 @@ bool IsUtf8(std::string_view text) {
   return !decode.hasError();
 }
 
+/// The bytes of the character at the beginning of UTF-8 text if it ends a line, turns the direction
+/// of writing or is a control character beyond ASCII.
+std::size_t SizeOfMisleading(std::string_view text) {
+  const auto between = [&](std::string_view first, std::string_view last) {
+    const std::string_view character = text.substr(0, first.size());
+    return first <= character && character <= last;
+  };
+  if (between("\xC2\x80", "\xC2\x9F") || between("\xD8\x9C", "\xD8\x9C")) return 2;
+  const bool three = between("\xE2\x80\x8E", "\xE2\x80\x8F") ||
+                     between("\xE2\x80\xA8", "\xE2\x80\xAE") ||
+                     between("\xE2\x81\xA6", "\xE2\x81\xA9");
+  return three ? 3 : 0;
+}
+
 bool ContinuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; }
 
 /// The longest beginning of at most `size` bytes that ends between two characters.
@@ -56,9 +70,13 @@ std::string Shortened(std::string_view name, const std::string& addition) {
 std::string Printable(std::string_view text) {
   const bool utf8 = IsUtf8(text);
   std::string printable;
-  for (const char c : text) {
+  std::size_t misleading = 0;  // bytes left of such a character
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
     const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F || (byte >= 0x80 && !utf8)) {
+    if (utf8 && misleading == 0) misleading = SizeOfMisleading(text.substr(i));
+    if (byte < 0x20 || byte == 0x7F || misleading > 0 || (byte >= 0x80 && !utf8)) {
+      if (misleading > 0) --misleading;
       constexpr std::string_view kDigits = "0123456789ABCDEF";
       printable += {'\\', 'x', kDigits[byte >> 4U], kDigits[byte & 0xFU]};
     } else {
@@ -73,10 +91,13 @@ std::string ShortenedText(std::string_view text) {
   return std::string(Beginning(text, kEnumerableBytes - 3)) + "...";
 }
 
-std::string UniqueName(const std::string& name, std::set<std::string>& taken) {
+void UniqueNames::Take(std::string_view name) { taken_.insert(CaseFolded(name)); }
+
+std::string UniqueNames::Make(const std::string& name) {
   std::string unique = Shortened(name, {});
-  for (int number = 2; !taken.insert(CaseFolded(unique)).second; ++number) {
-    unique = Shortened(name, " (" + std::to_string(number) + ")");
+  int& next = next_.try_emplace(CaseFolded(unique), 2).first->second;
+  while (!taken_.insert(CaseFolded(unique)).second) {
+    unique = Shortened(name, " (" + std::to_string(next++) + ")");
   }
   return unique;
 }

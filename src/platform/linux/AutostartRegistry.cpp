@@ -65,7 +65,7 @@ class AutostartKey final : public RegistryKey {
 
 }  // namespace
 
-AutostartRegistry::AutostartRegistry(Registry& stored, AutostartPlaces places,
+AutostartRegistry::AutostartRegistry(SqliteRegistry& stored, AutostartPlaces places,
                                      AutostartTiming timing)
     : stored_(stored), places_(std::move(places)), copies_(places_.copies) {
   AutostartView::Sources user;
@@ -105,6 +105,8 @@ RegistryResult AutostartRegistry::OpenKey(RegistryRoot root, std::string_view pa
                                           std::unique_ptr<RegistryKey>& key) {
   AutostartView* const view = Find(root, path);
   if (view == nullptr) return stored_.OpenKey(root, path, key);
+  key.reset();
+  if (!view->CanBeRead()) return registry::kAccessDenied;
   key = std::make_unique<AutostartKey>(*view);
   return registry::kSuccess;
 }

@@ -23,11 +23,13 @@ namespace tallowin::platform::linux_host {
 /// - DeleteValue undoes what a live value stands for and keeps a copy; kAccessDenied if the user
 ///   may not;
 /// - SetValue writes to the stored key.
-/// Opening such a key succeeds also where nothing is stored. Keys must not outlive the registry.
+/// Opening such a key succeeds also where nothing is stored; it fails with kAccessDenied where
+/// neither the store nor any of the places can be read. A live value answers to its name exactly as
+/// it was enumerated. Keys must not outlive the registry.
 class AutostartRegistry final : public Registry {
  public:
-  /// `stored` outlives this registry. Nothing is looked at before the first enumeration.
-  AutostartRegistry(Registry& stored, AutostartPlaces places, AutostartTiming timing = {});
+  /// `stored` outlives this registry. Nothing is looked at before the first opening of such a key.
+  AutostartRegistry(SqliteRegistry& stored, AutostartPlaces places, AutostartTiming timing = {});
 
   [[nodiscard]] RegistryResult OpenKey(RegistryRoot root, std::string_view path,
                                        std::unique_ptr<RegistryKey>& key) override;
@@ -47,7 +49,7 @@ class AutostartRegistry final : public Registry {
                AutostartTiming timing);
   [[nodiscard]] AutostartView* Find(RegistryRoot root, std::string_view path) const;
 
-  Registry& stored_;
+  SqliteRegistry& stored_;
   const AutostartPlaces places_;
   const UndoneCopies copies_;
   std::vector<View> views_;

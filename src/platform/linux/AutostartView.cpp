@@ -5,8 +5,8 @@
 
 namespace tallowin::platform::linux_host {
 
-AutostartView::AutostartView(Registry& stored, RegistryRoot root, std::string path, Sources sources,
-                             AutostartTiming timing)
+AutostartView::AutostartView(SqliteRegistry& stored, RegistryRoot root, std::string path,
+                             Sources sources, AutostartTiming timing)
     : registry_(stored),
       root_(root),
       path_(std::move(path)),
@@ -22,11 +22,14 @@ std::shared_ptr<const AutostartListing> AutostartView::List() {
 
 void AutostartView::Poll() {
   const Clock::time_point now = Clock::now();
-  if (!lookAnew_ && now - polled_ < timing_.hold) return;
+  const bool held = now - read_ < timing_.hold && now - polled_ < timing_.longestHold;
+  read_ = now;
+  if (!lookAnew_ && held) return;
   polled_ = now;
   bool differs = LookIsDue(now) && Look(now);
   differs = ReadStored() || differs;
-  if (differs) listing_ = std::make_shared<const AutostartListing>(*listing_, stored_, live_);
+  if (differs)
+    listing_ = std::make_shared<const AutostartListing>(*listing_, stored_.values, live_);
 }
 
 bool AutostartView::LookIsDue(Clock::time_point now) {
@@ -48,10 +51,12 @@ bool AutostartView::Look(Clock::time_point now) {
     std::vector<AutostartEntry> entries;
     if (!sources_[i]->Look(watch_, entries)) {
       changed_ = true;
-    } else if (entries != live_[i]) {
-      live_[i] = std::move(entries);
-      differs = true;
+      continue;
     }
+    placeRead_ = true;
+    if (entries == live_[i]) continue;
+    live_[i] = std::move(entries);
+    differs = true;
   }
   watch_.EndLook();
   looked_ = now;
@@ -59,42 +64,25 @@ bool AutostartView::Look(Clock::time_point now) {
   return differs;
 }
 
-RegistryResult AutostartView::OpenStored() {
-  return key_ ? registry::kSuccess : registry_.OpenKey(root_, path_, key_);
-}
-
-RegistryResult AutostartView::EnumStored(std::vector<StoredValue>& values) {
-  RegistryResult result = OpenStored();
-  while (result == registry::kSuccess) {
-    StoredValue value;
-    const auto index = static_cast<std::uint32_t>(values.size());
-    result = key_->EnumValue(index, value.name, value.value);
-    if (result == registry::kSuccess) values.push_back(std::move(value));
-  }
-  return result;
-}
-
 bool AutostartView::ReadStored() {
-  std::vector<StoredValue> values;
-  const RegistryResult result = EnumStored(values);
+  const RegistryStore::Version version = stored_.version;
+  const std::weak_ptr<RegistryStore> store = stored_.store;
   // A store that is locked for a moment has not lost its values.
-  if (result != registry::kNoMoreItems && result != registry::kNotFound) return false;
-  if (result == registry::kNotFound) {
-    key_.reset();
-    values.clear();
-  }
-  if (values == stored_) return false;
-  stored_ = std::move(values);
-  return true;
+  storeRead_ = registry_.ReadValues(root_, path_, stored_) == registry::kSuccess;
+  const bool sameStore = !store.owner_before(stored_.store) && !stored_.store.owner_before(store);
+  return !sameStore || stored_.version != version;
+}
+
+bool AutostartView::CanBeRead() {
+  Poll();
+  return storeRead_ || placeRead_;
 }
 
 RegistryResult AutostartView::SetValue(std::string_view name, const RegistryValue& value) {
-  if (!key_) {
-    const RegistryResult made = registry_.CreateKey(root_, path_, key_);
-    if (made != registry::kSuccess) return made;
-  }
   lookAnew_ = true;
-  return key_->SetValue(name, value);
+  std::unique_ptr<RegistryKey> key;
+  const RegistryResult made = registry_.CreateKey(root_, path_, key);
+  return made == registry::kSuccess ? key->SetValue(name, value) : made;
 }
 
 RegistryResult AutostartView::DeleteValue(std::string_view name) {
@@ -104,12 +92,15 @@ RegistryResult AutostartView::DeleteValue(std::string_view name) {
   if (row == nullptr) return registry::kNotFound;
   lookAnew_ = true;
   if (row->source != AutostartRow::kStored) return sources_[row->source]->Undo(row->entry);
-  const RegistryResult opened = OpenStored();
-  return opened == registry::kSuccess ? key_->DeleteValue(row->fullName) : opened;
+  std::unique_ptr<RegistryKey> key;
+  const RegistryResult opened = registry_.OpenKey(root_, path_, key);
+  return opened == registry::kSuccess ? key->DeleteValue(row->fullName) : opened;
 }
 
 RegistryResult AutostartView::EnumKey(std::uint32_t index, std::string& name) {
-  return OpenStored() == registry::kSuccess ? key_->EnumKey(index, name) : registry::kNoMoreItems;
+  std::unique_ptr<RegistryKey> key;
+  const RegistryResult opened = registry_.OpenKey(root_, path_, key);
+  return opened == registry::kSuccess ? key->EnumKey(index, name) : registry::kNoMoreItems;
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -12,14 +12,17 @@
 #include "platform/linux/AutostartListing.h"
 #include "platform/linux/AutostartSource.h"
 #include "platform/linux/FolderWatch.h"
+#include "platform/linux/SqliteRegistry.h"
 
 namespace tallowin::platform::linux_host {
 
 struct AutostartTiming {
-  /// For so long a listing is given out again without any look. A tick of the watch enumerates
-  /// nine times: what comes between the first of these and the last would be taken for accepted.
-  /// Half of the time between two ticks, so that each one begins with a look.
+  /// A listing is given out again without any look until nobody has read it for so long. A tick of
+  /// the watch enumerates nine times: what comes between the first of these and the last would be
+  /// taken for accepted. Half of the time between two ticks, so that each one begins with a look.
   std::chrono::nanoseconds hold = std::chrono::milliseconds(150);
+  /// But no longer than this after it was taken, for whoever reads without a pause.
+  std::chrono::nanoseconds longestHold = std::chrono::seconds(3);
   /// After so long the files are looked at even if nothing told of a change.
   std::chrono::nanoseconds fullLook = std::chrono::seconds(5);
   /// A look that took longer than this is followed by a pause of ten times as long: somebody may
@@ -32,11 +35,14 @@ class AutostartView {
   using Sources = std::vector<std::unique_ptr<AutostartSource>>;
 
   /// `stored` outlives the view.
-  AutostartView(Registry& stored, RegistryRoot root, std::string path, Sources sources,
+  AutostartView(SqliteRegistry& stored, RegistryRoot root, std::string path, Sources sources,
                 AutostartTiming timing);
 
   /// What is there now. A source that cannot be read for the moment is told of as it was.
   [[nodiscard]] std::shared_ptr<const AutostartListing> List();
+
+  /// False if neither the store nor any of the places could be read.
+  [[nodiscard]] bool CanBeRead();
 
   [[nodiscard]] RegistryResult SetValue(std::string_view name, const RegistryValue& value);
   [[nodiscard]] RegistryResult DeleteValue(std::string_view name);
@@ -49,18 +55,16 @@ class AutostartView {
   [[nodiscard]] bool LookIsDue(Clock::time_point now);
   [[nodiscard]] bool Look(Clock::time_point now);
   [[nodiscard]] bool ReadStored();
-  [[nodiscard]] RegistryResult EnumStored(std::vector<StoredValue>& values);
-  /// Whatever keeps the stored key from being opened, the live entries are there to be read.
-  [[nodiscard]] RegistryResult OpenStored();
 
-  Registry& registry_;
+  SqliteRegistry& registry_;
   RegistryRoot root_;
   std::string path_;
   Sources sources_;
   AutostartTiming timing_;
 
-  std::unique_ptr<RegistryKey> key_;
-  std::vector<StoredValue> stored_;
+  SqliteRegistry::Reading stored_;
+  bool storeRead_ = false;
+  bool placeRead_ = false;
   FolderWatch watch_;
   AutostartListing::Live live_;
   std::shared_ptr<const AutostartListing> listing_;
@@ -68,6 +72,7 @@ class AutostartView {
   bool lookAnew_ = true;  // whatever the time
   bool changed_ = false;  // something was told of since the last look
   Clock::time_point polled_ = {};
+  Clock::time_point read_ = {};
   Clock::time_point looked_ = {};
   Clock::duration cost_ = {};  // of the last look
 };

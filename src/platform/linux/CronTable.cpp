@@ -34,7 +34,10 @@ std::vector<RebootLine> RebootLines(std::string_view table, TableOf kind) {
   std::vector<RebootLine> lines;
   for (const std::string_view line : Parts(table, '\n')) {
     std::string_view rest = line;
-    if (LowerAscii(TakeWord(rest)) != "@reboot") continue;
+    std::string_view when = TakeWord(rest);
+    // With this sign some crons do not log the start.
+    if (when.starts_with('-')) when.remove_prefix(1);
+    if (LowerAscii(when) != "@reboot") continue;
     RebootLine found{.line = std::string(line)};
     if (kind == TableOf::System) found.user = TakeWord(rest);
     found.command = WithoutInput(rest);

@@ -7,8 +7,8 @@
 
 namespace tallowin::platform::linux_host {
 
-/// The tables themselves are hidden from users. Each operation waits for the program, two seconds
-/// at most.
+/// The tables themselves are hidden from users. Each operation waits two seconds for the program,
+/// then ends it and waits for its end, two seconds at most.
 class CrontabProgram {
  public:
   /// The program with its first arguments.

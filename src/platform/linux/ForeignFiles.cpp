@@ -24,6 +24,10 @@ Reading FailureOf(int error) {
     case ENFILE:
     case ENOMEM:
     case EINTR:
+    case EAGAIN:
+    case EBUSY:
+    case EIO:
+    case ESTALE:
       return Reading::ShortOfAll;
     case EACCES:
     case EPERM:

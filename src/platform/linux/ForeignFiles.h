@@ -11,7 +11,7 @@ enum class Reading {
   Done,
   Absent,      ///< missing, no regular file, or a circle of links
   Forbidden,   ///< there, but not for this user
-  ShortOfAll,  ///< the system was short of descriptors or memory; another try may do
+  ShortOfAll,  ///< the system was short of something or did not get at it; another try may do
 };
 
 /// Equal stamps mean that a file is as it was, but for changes within the tick of the clock.

@@ -18,7 +18,9 @@ std::string_view WithoutBlanks(std::string_view text) {
 }
 
 bool SameName(std::string_view a, std::string_view b) {
-  return LowerAscii(WithoutBlanks(a)) == LowerAscii(WithoutBlanks(b));
+  a = WithoutBlanks(a);
+  b = WithoutBlanks(b);
+  return a.size() == b.size() && LowerAscii(a) == LowerAscii(b);
 }
 
 /// Offsets in the text: a line's bytes, then its line end.

@@ -1,6 +1,5 @@
 #include "platform/linux/LinuxIniFiles.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,64 +9,21 @@
 #include <memory>
 #include <optional>
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/Files.h"
 #include "platform/linux/ForeignFiles.h"
 #include "platform/linux/IniText.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{16} << 20U;
-constexpr mode_t kNewFileMode = S_IRUSR | S_IWUSR;
+/// Far more than such files hold; the watch may read one six times at each tick.
+constexpr std::size_t kLargestFile = std::size_t{1} << 20U;
 
 /// Nothing if it cannot be read whole or is no regular file.
 std::optional<std::string> ReadWhole(const std::string& path) {
   BoundedText text;
   if (ReadBounded(path, kLargestFile, text) != Reading::Done || !text.whole) return std::nullopt;
   return std::move(text.text);
-}
-
-bool WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = write(file, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return fsync(file) == 0;
-}
-
-/// Gives the new file the old one's owner and permissions, as far as the user may.
-bool TakeOverRights(int file, const std::string& oldFile) {
-  struct stat old = {};
-  if (stat(oldFile.c_str(), &old) != 0) return fchmod(file, kNewFileMode) == 0;
-  struct stat own = {};
-  if (fstat(file, &own) != 0) return false;
-  const bool foreign = own.st_uid != old.st_uid || own.st_gid != old.st_gid;
-  if (foreign && fchown(file, old.st_uid, old.st_gid) != 0) return false;
-  return fchmod(file, old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)) == 0;
-}
-
-void SyncFolder(const std::string& folder) {
-  const FileDescriptor handle(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (handle) (void)fsync(handle.Get());
-}
-
-/// In one step: whoever opens `path` finds the old text or the new one, also after a crash.
-bool ReplaceFile(const std::string& path, std::string_view text) {
-  const std::filesystem::path target(path);
-  const std::string folder = target.parent_path().string();
-  std::string temporary = folder + "/." + target.filename().string() + ".XXXXXX";
-  const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
-  if (!file) return false;
-  const bool done = TakeOverRights(file.Get(), path) && WriteAll(file.Get(), text) &&
-                    rename(temporary.c_str(), path.c_str()) == 0;
-  if (!done) {
-    (void)unlink(temporary.c_str());
-    return false;
-  }
-  SyncFolder(folder);
-  return true;
 }
 
 /// The file behind symbolic links; nothing for a link that leads nowhere.
@@ -130,7 +86,7 @@ bool LinuxIniFiles::WritePrivateProfileString(std::string_view fileName, std::st
     if (!old || access(path->c_str(), W_OK) != 0) return false;
     text = *old;
   }
-  return ReplaceFile(*path, WithIniValue(text, section, key, value));
+  return ReplaceFile(*path, WithIniValue(text, section, key, value)) == 0;
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -11,7 +11,7 @@
 
 namespace tallowin::platform::linux_host {
 
-/// Of a file larger than 16 MiB only the first 16 MiB are read, and it is not written. A file that
+/// Of a file larger than 1 MiB only the first 1 MiB is read, and it is not written. A file that
 /// has not changed is not read again.
 class LinuxIniFiles : public IniFiles {
  public:

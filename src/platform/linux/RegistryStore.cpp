@@ -130,7 +130,7 @@ int RegistryStore::Furnish() {
 int RegistryStore::PrepareStatements() {
   // Everything below a path lies between the path with a backslash and the path with the character
   // that follows the backslash.
-  const std::array<StatementText, 10> texts{{
+  const std::array<StatementText, 12> texts{{
       {&RegistryStore::findKey_, "SELECT id FROM keys WHERE path = ?1"},
       {&RegistryStore::keyExists_, "SELECT 1 FROM keys WHERE id = ?1"},
       {&RegistryStore::insertKey_, "INSERT INTO keys(parent, path, name) VALUES(?1, ?2, ?3)"},
@@ -151,6 +151,9 @@ int RegistryStore::PrepareStatements() {
        "SELECT name, type, data FROM entries WHERE key = ?1 ORDER BY id LIMIT 1 OFFSET ?2"},
       {&RegistryStore::enumKey_,
        "SELECT name FROM keys WHERE parent = ?1 ORDER BY id LIMIT 1 OFFSET ?2"},
+      {&RegistryStore::readValues_,
+       "SELECT name, type, data FROM entries WHERE key = ?1 ORDER BY id"},
+      {&RegistryStore::readVersion_, "PRAGMA data_version"},
   }};
   for (const StatementText& text : texts) {
     const int result = (this->*text.statement).Prepare(connection_.Handle(), text.sql);
@@ -281,6 +284,25 @@ RegistryResult RegistryStore::EnumKey(std::int64_t key, std::uint32_t index, std
   const int result = enumKey_.Step();
   if (result == SQLITE_DONE) return EndOfList(key);
   if (result == SQLITE_ROW) name = enumKey_.Bytes(0);
+  return TranslateSqliteResult(result);
+}
+
+RegistryResult RegistryStore::ReadValues(std::int64_t key, std::vector<StoredValue>& values) {
+  values.clear();
+  const Running running(readValues_);
+  readValues_.Bind(1, key);
+  int result = SQLITE_ROW;
+  while ((result = readValues_.Step()) == SQLITE_ROW) {
+    values.push_back({readValues_.Bytes(0),
+                      {static_cast<std::uint32_t>(readValues_.Number(1)), readValues_.Bytes(2)}});
+  }
+  return TranslateSqliteResult(result);
+}
+
+RegistryResult RegistryStore::ReadVersion(Version& version) {
+  const Running running(readVersion_);
+  const int result = readVersion_.Step();
+  if (result == SQLITE_ROW) version = {readVersion_.Number(0), connection_.AllChangedRows()};
   return TranslateSqliteResult(result);
 }
 

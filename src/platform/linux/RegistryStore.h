@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/Registry.h"
 #include "platform/linux/RegistryReadCache.h"
 #include "platform/linux/SqliteConnection.h"
+#include "platform/linux/StoredValue.h"
 
 namespace tallowin::platform::linux_host {
 
@@ -57,6 +59,16 @@ class RegistryStore {
   [[nodiscard]] RegistryResult EnumValue(std::int64_t key, std::uint32_t index, std::string& name,
                                          RegistryValue& value);
   [[nodiscard]] RegistryResult EnumKey(std::int64_t key, std::uint32_t index, std::string& name);
+  /// All values in that order, at one look.
+  [[nodiscard]] RegistryResult ReadValues(std::int64_t key, std::vector<StoredValue>& values);
+
+  /// Differs from the one before after every change, whoever made it.
+  struct Version {
+    std::int64_t others = -1;
+    std::int64_t own = -1;
+    friend bool operator==(const Version&, const Version&) = default;
+  };
+  [[nodiscard]] RegistryResult ReadVersion(Version& version);
 
  private:
   struct StatementText {
@@ -84,6 +96,8 @@ class RegistryStore {
   SqliteStatement deleteValue_;
   SqliteStatement enumValue_;
   SqliteStatement enumKey_;
+  SqliteStatement readValues_;
+  SqliteStatement readVersion_;
 };
 
 }  // namespace tallowin::platform::linux_host

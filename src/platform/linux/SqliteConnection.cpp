@@ -96,6 +96,10 @@ bool SqliteConnection::Moved() const {
 }
 
 std::int64_t SqliteConnection::ChangedRows() const { return sqlite3_changes64(Handle()); }
+std::int64_t SqliteConnection::AllChangedRows() const {
+  return sqlite3_total_changes(connection_.get());
+}
+
 std::int64_t SqliteConnection::LastInsertedRow() const {
   return sqlite3_last_insert_rowid(Handle());
 }

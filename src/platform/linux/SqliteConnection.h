@@ -61,6 +61,8 @@ class SqliteConnection {
   /// True if the file was renamed, removed or replaced since it was opened.
   [[nodiscard]] bool Moved() const;
   [[nodiscard]] std::int64_t ChangedRows() const;
+  /// By this connection, since it was opened.
+  [[nodiscard]] std::int64_t AllChangedRows() const;
   [[nodiscard]] std::int64_t LastInsertedRow() const;
   [[nodiscard]] sqlite3* Handle() const { return connection_.get(); }
 

@@ -144,6 +144,27 @@ RegistryResult SqliteRegistry::CreateKey(RegistryRoot root, std::string_view pat
   return result;
 }
 
+RegistryResult SqliteRegistry::ReadValues(RegistryRoot root, std::string_view path,
+                                          Reading& reading) {
+  RegistryResult result = Connect(Purpose::Read);
+  if (result == registry::kNotFound) {
+    reading = {};
+    return registry::kSuccess;
+  }
+  if (result != registry::kSuccess) return result;
+  Reading now{.store = store_};
+  result = store_->ReadVersion(now.version);
+  if (result != registry::kSuccess) return result;
+  if (reading.store.lock() == store_ && reading.version == now.version) return result;
+  store_->ForgetReadings();  // They may be older than the version.
+  std::int64_t number = 0;
+  result = store_->FindKey(FoldPath(NamesAlongPath(root, path)), number);
+  if (result == registry::kSuccess) result = store_->ReadValues(number, now.values);
+  if (result != registry::kSuccess && result != registry::kNotFound) return result;
+  reading = std::move(now);
+  return registry::kSuccess;
+}
+
 RegistryResult SqliteRegistry::DeleteTree(RegistryRoot root, std::string_view path) {
   const Names names = NamesAlongPath(root, path);
   if (names.empty()) return registry::kNotFound;

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/Registry.h"
 #include "platform/linux/RegistryStoreFile.h"
@@ -25,6 +26,16 @@ class SqliteRegistry final : public Registry {
                                        std::unique_ptr<RegistryKey>& key) override;
   [[nodiscard]] RegistryResult CreateKey(RegistryRoot root, std::string_view path,
                                          std::unique_ptr<RegistryKey>& key) override;
+  /// What was read by ReadValues, and when.
+  struct Reading {
+    std::vector<StoredValue> values = {};
+    std::weak_ptr<RegistryStore> store = {};
+    RegistryStore::Version version = {};
+  };
+  /// All values of a key in their order, none if there is no such key. `reading` is left as it is
+  /// where the store has not changed since, and on failure. For who asks again and again.
+  [[nodiscard]] RegistryResult ReadValues(RegistryRoot root, std::string_view path,
+                                          Reading& reading);
   /// A root itself cannot be removed: kAccessDenied.
   [[nodiscard]] RegistryResult DeleteTree(RegistryRoot root, std::string_view path) override;
 

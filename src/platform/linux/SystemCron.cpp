@@ -1,15 +1,13 @@
 #include "platform/linux/SystemCron.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/Files.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -18,33 +16,13 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kLargestTable = std::size_t{4} << 20U;
 
-/// Files that editors and packages leave beside the real ones; cron passes over them as well.
+/// Files that editors and packages leave beside the real ones, which cron passes over as well. Some
+/// crons pass over more names; these are told of all the same.
 bool IsLeftOver(const std::string& name) {
-  return name.starts_with('.') || name.ends_with('~') || name.find(".dpkg-") != std::string::npos ||
-         name.find(".rpm") != std::string::npos;
-}
-
-bool WriteWhole(int descriptor, const std::string& text) {
-  const ssize_t count = write(descriptor, text.data(), text.size());
-  return count == static_cast<ssize_t>(text.size()) && fsync(descriptor) == 0;
-}
-
-/// The table is the old one or the new one at every moment. The name in between begins with a dot,
-/// which cron passes over.
-RegistryResult Replace(const std::string& path, const std::string& text) {
-  struct stat status = {};
-  if (stat(path.c_str(), &status) != 0) return TranslateFileError(errno);
-  const fs::path file(path);
-  std::string part = (file.parent_path() / ("." + file.filename().string() + ".XXXXXX")).string();
-  const FileDescriptor writer(mkostemp(part.data(), O_CLOEXEC));
-  if (!writer) return TranslateFileError(errno);
-  const bool written = fchmod(writer.Get(), status.st_mode & 07777U) == 0 &&
-                       fchown(writer.Get(), status.st_uid, status.st_gid) == 0 &&
-                       WriteWhole(writer.Get(), text);
-  if (written && std::rename(part.c_str(), path.c_str()) == 0) return registry::kSuccess;
-  const RegistryResult result = TranslateFileError(errno);
-  (void)unlink(part.c_str());
-  return result;
+  const std::size_t dot = name.rfind('.');
+  const std::string ending = dot == std::string::npos ? std::string() : name.substr(dot);
+  return name.starts_with('.') || name.ends_with('~') || ending.starts_with(".dpkg-") ||
+         ending == ".rpmsave" || ending == ".rpmorig" || ending == ".rpmnew";
 }
 
 }  // namespace
@@ -91,7 +69,9 @@ RegistryResult SystemCron::Undo(const AutostartEntry& entry) {
   const std::string remaining = WithoutLine(table.text, entry.line);
   if (remaining == table.text) return registry::kNotFound;
   const RegistryResult kept = copies_.Keep(entry.files.front(), table.text);
-  return kept == registry::kSuccess ? Replace(path, remaining) : kept;
+  if (kept != registry::kSuccess) return kept;
+  const int failure = ReplaceFile(path, remaining);
+  return failure == 0 ? registry::kSuccess : TranslateFileError(failure);
 }
 
 }  // namespace tallowin::platform::linux_host

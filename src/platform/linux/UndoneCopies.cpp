@@ -60,16 +60,6 @@ RegistryResult MayBeMoved(const std::vector<std::string>& paths) {
   return registry::kSuccess;
 }
 
-bool WriteWhole(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = write(descriptor, text.data(), text.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return fsync(descriptor) == 0;
-}
-
 }  // namespace
 
 RegistryResult TranslateFileError(int error) {

@@ -2,10 +2,13 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace tallowin::platform::linux_host {
 namespace {
 
 constexpr std::chrono::seconds kAskAgain{60};
+constexpr std::chrono::seconds kFirstRetry{1};
 
 /// The time of a folder moves in ticks: within the present one, another change would not show.
 constexpr std::chrono::milliseconds kTickOfTheClock{100};
@@ -26,8 +29,9 @@ std::vector<FileStamp> UserCron::Stamps() const {
 
 bool UserCron::HasChanged() {
   if (places_.crontabProgram.empty()) return false;
-  return !known_ || Stamps() != stamps_ ||
-         Clock::now() - asked_ > (settled_ ? kAskAgain : kTickOfTheClock);
+  const Clock::duration passed = Clock::now() - asked_;
+  if (retry_.count() > 0) return passed > retry_;
+  return !known_ || Stamps() != stamps_ || passed > (settled_ ? kAskAgain : kTickOfTheClock);
 }
 
 bool UserCron::Look(FolderWatch& /*watch*/, std::vector<AutostartEntry>& entries) {
@@ -37,10 +41,17 @@ bool UserCron::Look(FolderWatch& /*watch*/, std::vector<AutostartEntry>& entries
     // program that does not answer is not asked again three times a second either.
     stamps_ = Stamps();
     asked_ = Clock::now();
-    settled_ = Age(stamps_.front()) > kTickOfTheClock;
+    // A stamp in the future, of a clock that was set back, differs from that of the next change.
+    const std::chrono::nanoseconds age = Age(stamps_.front());
+    settled_ = age.count() < 0 || age > kTickOfTheClock;
     known_ = true;
     std::string table;
-    if (program_.List(table)) lines_ = RebootLines(table, TableOf::User);
+    if (program_.List(table)) {
+      lines_ = RebootLines(table, TableOf::User);
+      retry_ = {};
+    } else {
+      retry_ = std::clamp<std::chrono::seconds>(2 * retry_, kFirstRetry, kAskAgain);
+    }
   }
   for (AutostartEntry& entry : CronEntries(TableName(), lines_, stamps_.front().changed)) {
     entries.push_back(std::move(entry));
@@ -50,6 +61,7 @@ bool UserCron::Look(FolderWatch& /*watch*/, std::vector<AutostartEntry>& entries
 
 RegistryResult UserCron::Undo(const AutostartEntry& entry) {
   known_ = false;
+  retry_ = {};
   std::string table;
   if (!program_.List(table)) return registry::kWriteFault;
   const std::string remaining = WithoutLine(table, entry.line);

@@ -38,6 +38,7 @@ class UserCron final : public AutostartSource {
   CrontabProgram program_;
   bool known_ = false;
   bool settled_ = true;
+  std::chrono::seconds retry_ = {};  // how long to wait after a failure; none if it answered
   std::vector<FileStamp> stamps_;
   Clock::time_point asked_ = {};
   std::vector<RebootLine> lines_;

@@ -112,7 +112,7 @@ TEST(UnitFile, Commands) {
 TEST(CronTable, RebootLines) {
   const auto lines = RebootLines(
       "  @reboot\troot  /a b \\% c % input\r\nPATH=/x\n#@reboot root /no\n@rebooted root /no\n"
-      "@REBOOT root /upper\n@reboot root\n@reboot",
+      "-@REBOOT root /upper\n@reboot root\n@reboot",
       TableOf::System);
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[0].user, "root");
@@ -125,18 +125,22 @@ TEST(CronTable, RebootLines) {
 }
 
 TEST(AutostartNames, ShortNamesStayApartAndWhole) {
-  std::set<std::string> taken;
+  UniqueNames names;
   std::string name;
   for (int i = 0; i < 200; ++i) name += "\xC3\xB6";
-  const std::string first = UniqueName(name, taken);
-  const std::string second = UniqueName(name, taken);
+  const std::string first = names.Make(name);
+  const std::string second = names.Make(name);
   EXPECT_NE(first, second);
   for (const std::string& each : {first, second, ShortenedText(name)}) {
     EXPECT_LE(each.size(), kEnumerableBytes);
     EXPECT_EQ(Printable(each), each);  // no character was cut in two
   }
-  EXPECT_EQ(UniqueName("Short", taken), "Short");
-  EXPECT_EQ(UniqueName("sHORT", taken), "sHORT (2)");
+  EXPECT_EQ(names.Make("Short"), "Short");
+  names.Take("shorT (2)");
+  EXPECT_EQ(names.Make("sHORT"), "sHORT (3)");
+  EXPECT_EQ(names.Make("SHORT"), "SHORT (4)");
+  EXPECT_EQ(Printable("\xC3\xB6\xC2\x85\xE2\x80\xAEx\xE2\x80\xA6"),
+            "\xC3\xB6\\xC2\\x85\\xE2\\x80\\xAEx\xE2\x80\xA6");
 }
 
 }  // namespace

@@ -82,6 +82,47 @@ TEST_F(AutostartTest, LongNamesAndCommandsEndNoEnumeration) {
   EXPECT_EQ(Commands(*key), Strings{});
 }
 
+TEST_F(AutostartTest, AGoneEntryIsNotTakenForASimilarOne) {
+  const std::string folder = top_ + "/config/autostart/";
+  Write("/config/autostart/Tool.desktop", Entry("/upper"));
+  Write("/config/autostart/tool.desktop", Entry("/lower"));
+  const Key key = UserRun();
+  const Rows rows = All(*key);
+  ASSERT_EQ(rows.size(), 2U);
+  fs::remove(folder + "Tool.desktop");
+  RegistryValue value;
+  EXPECT_EQ(key->QueryValue(rows[0].first, value), registry::kNotFound);
+  EXPECT_EQ(key->DeleteValue(rows[0].first), registry::kNotFound);
+  EXPECT_EQ(Commands(*key), Strings{"/lower"});
+  EXPECT_EQ(Copies(), Strings{});
+}
+
+TEST_F(AutostartTest, StoredValuesOfAnyProcessAndOfAReplacedStore) {
+  const Key key = UserRun();
+  EXPECT_EQ(Commands(*key), Strings{});
+  const std::string file = top_ + "/registry.sqlite";
+  {
+    SqliteRegistry other(file);
+    ASSERT_EQ(Set(other, "A", "/a"), registry::kSuccess);
+    EXPECT_EQ(Commands(*key), Strings{"/a"});
+    ASSERT_EQ(Set(store_, "B", "/b"), registry::kSuccess);
+    EXPECT_EQ(Commands(*key), (Strings{"/a", "/b"}));
+    ASSERT_EQ(Set(other, "A", "/changed"), registry::kSuccess);
+    EXPECT_EQ(Commands(*key), (Strings{"/changed", "/b"}));
+    ASSERT_EQ(other.DeleteTree(RegistryRoot::CurrentUser, kRuns + "Run"), registry::kSuccess);
+    EXPECT_EQ(Commands(*key), Strings{});
+    ASSERT_EQ(Set(other, "C", "/c"), registry::kSuccess);
+    EXPECT_EQ(Commands(*key), Strings{"/c"});
+  }
+  {
+    SqliteRegistry next(top_ + "/next.sqlite");
+    ASSERT_EQ(Set(next, "D", "/d"), registry::kSuccess);
+  }
+  for (const char* part : {"-wal", "-shm", ""}) fs::rename(file + part, file + ".away" + part);
+  fs::rename(top_ + "/next.sqlite", file);
+  EXPECT_EQ(Commands(*key), Strings{"/d"});
+}
+
 TEST_F(AutostartTest, EntriesThatWouldNotStartAreNotThere) {
   const std::string file = "/config/autostart/a.desktop";
   const Key key = UserRun();
@@ -360,6 +401,22 @@ TEST_F(AutostartTest, ShortageIsNoChange) {
   EXPECT_EQ(Commands(*key), (Strings{"/a", "/b"}));
 }
 
+TEST_F(AutostartTest, WhatCannotBeReadAtAllDoesNotOpen) {
+  ASSERT_EQ(Set(store_, "A", "/a"), registry::kSuccess);
+  Key key;
+  {
+    const NoDescriptors shortage;
+    SqliteRegistry outOfReach(top_ + "/registry.sqlite");
+    AutostartRegistry views(outOfReach, Places());
+    EXPECT_EQ(views.OpenKey(RegistryRoot::LocalMachine, kRuns + "Run", key),
+              registry::kAccessDenied);
+    EXPECT_EQ(key, nullptr);
+    AutostartRegistry stored(store_, Places());
+    EXPECT_EQ(stored.OpenKey(RegistryRoot::LocalMachine, kRuns + "Run", key), registry::kSuccess);
+    key.reset();
+  }
+}
+
 TEST_F(AutostartTest, WithoutWatchesItLooksByItself) {
   Open();  // the sanitizers need a descriptor to look at a type for the first time
   {
@@ -386,6 +443,37 @@ TEST_F(AutostartTest, OneTickSeesOneState) {
   EXPECT_EQ(Commands(*key), Strings{});
   ASSERT_EQ(Set(*registry_, "Own", "/own"), registry::kSuccess);
   EXPECT_EQ(Commands(*key).size(), 2U);
+  Open(std::chrono::hours(1), std::chrono::nanoseconds(0));
+  Write("/config/autostart/b.desktop", Entry("/b"));
+  EXPECT_EQ(Commands(*UserRun()).size(), 3U);
+  fs::remove(top_ + "/config/autostart/b.desktop");
+  EXPECT_EQ(Commands(*UserRun()).size(), 2U) << "who reads without a pause is not kept for ever";
+}
+
+TEST_F(AutostartTest, AStateHoldsAsLongAsItIsRead) {
+  using Clock = std::chrono::steady_clock;
+  constexpr auto kHold = std::chrono::milliseconds(300);
+  Open(kHold);
+  const Key key = UserRun();
+  EXPECT_EQ(Commands(*key), Strings{});
+  Write("/config/autostart/a.desktop", Entry("/a"));
+  Clock::time_point before = Clock::now();
+  for (const auto end = before + 2 * kHold; before < end;) {
+    const Strings seen = Commands(*key);
+    const Clock::time_point now = Clock::now();
+    if (now - before > kHold / 2) GTEST_SKIP() << "the machine was held up";
+    ASSERT_EQ(seen, Strings{});
+    before = now;
+  }
+  usleep(std::chrono::microseconds(kHold).count());
+  EXPECT_EQ(Commands(*key), Strings{"/a"});
+}
+
+TEST_F(AutostartTest, AnEnumerationGoesThroughTheStateThatItBeganWith) {
+  Write("/config/autostart/a.desktop", Entry("/a"));
+  Open(std::chrono::hours(1));
+  const Key key = UserRun();
+  ASSERT_EQ(Set(*registry_, "Own", "/own"), registry::kSuccess);
   // An enumeration that has begun goes through the state that it began with.
   std::string name;
   RegistryValue value;

@@ -40,9 +40,12 @@ class AutostartTest : public testing::Test {
   }
 
   /// Nothing but what the kernel tells makes this registry look again.
-  void Open(std::chrono::nanoseconds hold = {}) {
-    const AutostartTiming timing = {
-        .hold = hold, .fullLook = std::chrono::hours(1), .quickLook = std::chrono::hours(1)};
+  void Open(std::chrono::nanoseconds hold = {},
+            std::chrono::nanoseconds longestHold = std::chrono::hours(1)) {
+    const AutostartTiming timing = {.hold = hold,
+                                    .longestHold = longestHold,
+                                    .fullLook = std::chrono::hours(1),
+                                    .quickLook = std::chrono::hours(1)};
     registry_ = std::make_unique<AutostartRegistry>(store_, Places(), timing);
   }
 
