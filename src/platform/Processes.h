@@ -33,8 +33,8 @@ class Processes {
  public:
   virtual ~Processes() = default;
 
-  /// The running processes, looked at one after the other. The first entry is the kernel itself, which has id 0 and
-  /// no program. Nothing if the host cannot tell.
+  /// The running processes, looked at one after the other. The first entry is the kernel itself,
+  /// which has id 0 and no program. Nothing if the host cannot tell.
   [[nodiscard]] virtual std::optional<std::vector<ProcessEntry>> Snapshot() = 0;
 
   /// What the process has loaded, the program itself first, with full paths. On failure `modules`
