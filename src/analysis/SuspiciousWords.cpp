@@ -8,11 +8,8 @@
 #include <cstring>
 #include <utility>
 
-// The build says with what attribute a loop is compiled for several generations of processors, of
-// which the fitting one is chosen at run time.
-#ifndef TALLOWIN_VECTOR_CLONES
-#define TALLOWIN_VECTOR_CLONES
-#endif
+// TALLOWIN_VECTOR_CLONES comes from the build: the attribute, where the compiler has one, by which
+// a loop is compiled for several generations of processors. The fitting one is chosen at run time.
 
 namespace tallowin::analysis {
 namespace {

@@ -252,7 +252,8 @@ class FakePaths : public platform::Paths {
   [[nodiscard]] bool Find(std::string_view path) const override {
     return std::filesystem::exists(path) || patterns.contains(path);
   }
-  std::set<std::string, std::less<>> patterns;  ///< which a search finds, though no file is called so
+  std::set<std::string, std::less<>>
+      patterns;  ///< which a search finds, though no file is called so
   std::string MakeTempFile(std::string_view, std::string_view) override { return {}; }
   std::map<std::string, std::string, std::less<>> searchPath;  ///< where a search finds a name
   [[nodiscard]] std::string SearchPath(std::string_view name) const override {
@@ -573,8 +574,8 @@ struct FakeHost {
   /// With another network in place of the fake one.
   [[nodiscard]] platform::Host Host(platform::EventLoop& onLoop,
                                     platform::SocketFactory& onSockets) {
-    return {onLoop, onSockets, registry, iniFiles, paths, shell, regional, instance,
-            system, sound,     shutdown, dialUp,   smtp,  icmp,  names,    files,    processes};
+    return {onLoop, onSockets, registry, iniFiles, paths, shell, regional, instance, system,
+            sound,  shutdown,  dialUp,   smtp,     icmp,  names, files,    processes};
   }
 
   /// The registry as the presets leave it: all switches as given, all slots empty.

@@ -19,6 +19,7 @@ Identity IdentityOf(const AutostartRow& row) {
 std::vector<AutostartRow> AllRows(const std::vector<StoredValue>& stored,
                                   const AutostartListing::Live& live) {
   std::vector<AutostartRow> rows;
+  rows.reserve(stored.size());
   for (const StoredValue& value : stored) {
     rows.push_back({.fullName = value.name, .value = value.value});
   }

@@ -52,9 +52,10 @@ std::uint64_t LeftIn(const std::string& group) {
 
 std::uint64_t AvailableMemory(const std::string& root) {
   std::uint64_t available = OfMachine(root);
+  const std::string groups = root + "/sys/fs/cgroup";
   std::string group = GroupOf(root);
   while (group.starts_with('/')) {
-    available = std::min(available, LeftIn(root + "/sys/fs/cgroup" + group));
+    available = std::min(available, LeftIn(groups + group));
     // The group at the top comes last; in a container it is the one with the limit.
     if (group == "/") break;
     group.resize(std::max<std::size_t>(group.rfind('/'), 1));

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <ranges>
 #include <system_error>
 
 #include "platform/linux/ForeignFiles.h"
@@ -117,9 +116,10 @@ std::shared_ptr<const UnitFile> UnitSearch::Read(const std::string& path) {
 /// By file name, since the same name in a more important folder hides the others.
 std::map<std::string, std::string> UnitSearch::DropInsOf(const UnitName& unit) {
   std::map<std::string, std::string> dropIns;
-  const std::vector<std::string> wanted = DropInFolders(unit);
+  std::vector<std::string> wanted = DropInFolders(unit);
+  std::ranges::reverse(wanted);
   // The more particular folder and then the more important place goes first, and the first stays.
-  for (const std::string& name : wanted | std::views::reverse) {
+  for (const std::string& name : wanted) {
     for (const Folder& folder : folders_) {
       if (!folder.names.contains(name)) continue;
       const std::string path = folder.place.path + "/" + name;
