@@ -418,7 +418,6 @@ TEST_F(AutostartTest, WhatCannotBeReadAtAllDoesNotOpen) {
 }
 
 TEST_F(AutostartTest, WithoutWatchesItLooksByItself) {
-  Open();  // the sanitizers need a descriptor to look at a type for the first time
   {
     const NoDescriptors shortage;
     Open();
