@@ -20,6 +20,12 @@ class Icmp;
 class Names;
 class Files;
 class Processes;
+class FileFacts;
+class VersionInfo;
+class ResourceModules;
+class IpStatistics;
+class SystemClock;
+class Http;
 
 /// References only: the host that builds it owns everything and outlives the program.
 struct Host {
@@ -40,6 +46,12 @@ struct Host {
   Names& names;
   Files& files;
   Processes& processes;
+  FileFacts& fileFacts;
+  VersionInfo& versionInfo;
+  ResourceModules& modules;
+  IpStatistics& ipStatistics;
+  SystemClock& clock;
+  Http& http;
 };
 
 }  // namespace tallowin::platform

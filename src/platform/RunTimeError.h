@@ -12,8 +12,9 @@ namespace tallowin::platform {
 /// statement by statement (core/ErrorRegimes.h), looked at by the one handler of a routine (an
 /// ordinary catch), or by nobody, which ends the program with a message box.
 ///
-/// Numbers below 1000 are those of Visual Basic's run-time, whose conventions the suite keeps;
-/// numbers from 10000 on are those of the Windows socket library.
+/// Numbers below 1000 are those of the run-time whose conventions the suite keeps;
+/// numbers from 10000 on are those of the Windows socket library, but for those above 35000, which
+/// are those of list views.
 class RunTimeError : public std::runtime_error {
  public:
   RunTimeError(int number, const std::string& description)
@@ -27,6 +28,7 @@ class RunTimeError : public std::runtime_error {
 };
 
 namespace error {
+inline constexpr int kInvalidProcedureCall = 5;
 inline constexpr int kOutOfMemory = 7;
 inline constexpr int kInternal = 51;
 inline constexpr int kOverflow = 6;
@@ -34,6 +36,7 @@ inline constexpr int kSubscriptOutOfRange = 9;
 inline constexpr int kTypeMismatch = 13;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kDiskFull = 61;
+inline constexpr int kPermissionDenied = 70;
 inline constexpr int kPathFileAccess = 75;
 inline constexpr int kObjectNotSet = 91;
 inline constexpr int kLoopNotInitialised = 92;
@@ -41,6 +44,8 @@ inline constexpr int kNoSuchElement = 340;
 inline constexpr int kElementAlreadyLoaded = 360;
 inline constexpr int kInvalidPropertyValue = 380;
 inline constexpr int kInvalidArrayIndex = 381;
+inline constexpr int kFormAlreadyDisplayed = 400;
+inline constexpr int kIndexOutOfBounds = 35600;
 }  // namespace error
 
 /// Any failure as a run-time error, for what catches errors: those of the language's library count

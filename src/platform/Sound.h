@@ -1,4 +1,4 @@
-// Sound files, played to the user.
+// Sounds, played to the user.
 #pragma once
 
 #include <string_view>
@@ -14,6 +14,9 @@ class Sound {
   /// or the host has nothing to play it with, it stays silent. False tells of that where it is
   /// known at once.
   virtual bool PlaySound(std::string_view file) = 0;
+
+  /// The short sound by which the desktop tells of a wrong key. Like the above in all else.
+  virtual void Beep() = 0;
 };
 
 }  // namespace tallowin::platform

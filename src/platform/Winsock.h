@@ -101,6 +101,8 @@ class Winsock {
   virtual void Close() = 0;
 };
 
+class UdpWinsock;
+
 /// Makes sockets. A caller that no handler accepted or refused is held unanswered, the newest 32
 /// for each listening socket; older ones are reset. When descriptors are short the oldest of all
 /// make room for new callers, except those whose handler is still running.
@@ -108,6 +110,7 @@ class SocketFactory {
  public:
   virtual ~SocketFactory() = default;
   virtual std::unique_ptr<Winsock> MakeWinsock() = 0;
+  virtual std::unique_ptr<UdpWinsock> MakeUdpWinsock() = 0;
 };
 
 }  // namespace tallowin::platform

@@ -141,6 +141,7 @@ AutostartPlaces AutostartPlaces::FromEnvironment(const LinuxFolders& folders) {
           .cronFolder = "/etc/cron.d",
           .userTables = UserTables(),
           .crontabProgram = {"crontab"},
+          .own = OwnAutostart::Of(folders.executables),
           .copies = folders.data + "/undone"};
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/linux/LinuxFolders.h"
+#include "platform/linux/OwnAutostart.h"
 #include "platform/linux/UnitFile.h"
 
 namespace tallowin::platform::linux_host {
@@ -34,6 +35,7 @@ struct AutostartPlaces {
   std::string userTables = {};                   ///< where cron keeps the users' tables
   std::vector<std::string> crontabProgram = {};  ///< with its first arguments
 
+  OwnAutostart own = {};
   std::string copies = {};  ///< what was undone is kept below it
 
   [[nodiscard]] static AutostartPlaces FromEnvironment(const LinuxFolders& folders);

@@ -87,8 +87,9 @@ AutostartRegistry::AutostartRegistry(SqliteRegistry& stored, AutostartPlaces pla
 void AutostartRegistry::AddView(RegistryRoot root, const std::string& key,
                                 AutostartView::Sources sources, AutostartTiming timing) {
   const std::string path = "Software\\Microsoft\\Windows\\CurrentVersion\\" + key;
-  views_.push_back({Location(root, path), std::make_unique<AutostartView>(
-                                              stored_, root, path, std::move(sources), timing)});
+  views_.push_back(
+      {Location(root, path), std::make_unique<AutostartView>(
+                                 stored_, root, path, std::move(sources), places_.own, timing)});
 }
 
 AutostartView* AutostartRegistry::Find(RegistryRoot root, std::string_view path) const {

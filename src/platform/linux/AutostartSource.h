@@ -15,8 +15,9 @@ struct AutostartEntry {
   std::string name = {};     ///< tells kind and file; no two entries of a source have the same
   std::string command = {};  ///< what would run; empty for a unit that runs no program
   std::int64_t changed = 0;  ///< when it came about, in nanoseconds, as far as the system tells
-  std::vector<std::string> files = {};  ///< what makes it start: a file, links, or a table
-  std::string line = {};                ///< in a table: its line, as it stands there
+  std::vector<std::string> files = {};      ///< what makes it start: a file, links, or a table
+  std::string line = {};                    ///< in a table: its line, as it stands there
+  std::vector<std::string> unitFiles = {};  ///< of a unit: what it is read from, drop-ins and all
 
   friend bool operator==(const AutostartEntry&, const AutostartEntry&) = default;
 };

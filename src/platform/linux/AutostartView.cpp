@@ -6,11 +6,12 @@
 namespace tallowin::platform::linux_host {
 
 AutostartView::AutostartView(SqliteRegistry& stored, RegistryRoot root, std::string path,
-                             Sources sources, AutostartTiming timing)
+                             Sources sources, OwnAutostart own, AutostartTiming timing)
     : registry_(stored),
       root_(root),
       path_(std::move(path)),
       sources_(std::move(sources)),
+      own_(std::move(own)),
       timing_(timing),
       live_(sources_.size()),
       listing_(std::make_shared<const AutostartListing>()) {}
@@ -54,6 +55,7 @@ bool AutostartView::Look(Clock::time_point now) {
       continue;
     }
     placeRead_ = true;
+    std::erase_if(entries, [this](const AutostartEntry& entry) { return own_.Covers(entry); });
     if (entries == live_[i]) continue;
     live_[i] = std::move(entries);
     differs = true;

@@ -12,6 +12,7 @@
 #include "platform/linux/AutostartListing.h"
 #include "platform/linux/AutostartSource.h"
 #include "platform/linux/FolderWatch.h"
+#include "platform/linux/OwnAutostart.h"
 #include "platform/linux/SqliteRegistry.h"
 
 namespace tallowin::platform::linux_host {
@@ -36,7 +37,7 @@ class AutostartView {
 
   /// `stored` outlives the view.
   AutostartView(SqliteRegistry& stored, RegistryRoot root, std::string path, Sources sources,
-                AutostartTiming timing);
+                OwnAutostart own, AutostartTiming timing);
 
   /// What is there now. A source that cannot be read for the moment is told of as it was.
   [[nodiscard]] std::shared_ptr<const AutostartListing> List();
@@ -60,6 +61,7 @@ class AutostartView {
   RegistryRoot root_;
   std::string path_;
   Sources sources_;
+  OwnAutostart own_;
   AutostartTiming timing_;
 
   SqliteRegistry::Reading stored_;

@@ -2,9 +2,6 @@
 
 #include <sys/socket.h>
 
-#include <QHostAddress>
-#include <QHostInfo>
-#include <QObject>
 #include <cerrno>
 #include <utility>
 
@@ -12,18 +9,6 @@
 #include "platform/linux/TcpSocket.h"
 
 namespace tallowin::platform::linux_host {
-namespace {
-
-/// The first IPv4 address; empty if there is none.
-std::string FirstAddress(const QHostInfo& info) {
-  for (const QHostAddress& address : info.addresses()) {
-    if (address.protocol() == QAbstractSocket::IPv4Protocol)
-      return address.toString().toStdString();
-  }
-  return {};
-}
-
-}  // namespace
 
 Connector::Connector(LinuxEventLoop& loop, int localPort, std::string host, int port, Events events)
     : loop_(loop),
@@ -52,11 +37,8 @@ void Connector::Later(std::function<void()> handler) {
 }
 
 void Connector::LookUp() {
-  lookUp_ = std::make_unique<QObject>();
-  QHostInfo::lookupHost(QString::fromStdString(host_), lookUp_.get(),
-                        [this](const QHostInfo& info) {
-                          Later([this, address = FirstAddress(info)] { TakeAddress(address); });
-                        });
+  lookUp_ = std::make_unique<HostLookUp>(
+      loop_, host_, [this](const std::string& address) { TakeAddress(address); });
 }
 
 void Connector::TakeAddress(const std::string& address) {

@@ -5,9 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/linux/HostLookUp.h"
 #include "platform/linux/LinuxEventLoop.h"
-
-class QObject;
 
 namespace tallowin::platform::linux_host {
 
@@ -47,7 +46,7 @@ class Connector {
   std::string address_;
   FileDescriptor socket_;
   std::unique_ptr<EventPoller::Watch> watch_;
-  std::unique_ptr<QObject> lookUp_;
+  std::unique_ptr<HostLookUp> lookUp_;
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 #include <algorithm>
 
 namespace tallowin::platform::linux_host {
@@ -11,15 +12,20 @@ namespace {
 constexpr int kPatience = 2000;
 constexpr qsizetype kLongestOutput = qsizetype{4} << 20U;
 
-void Start(QProcess& program, const std::vector<std::string>& command, const char* argument) {
-  if (command.empty()) return;
+/// False if there is no such program. It is looked for here, as QProcess leaves the end of a pipe
+/// open each time that it starts one in vain.
+bool Start(QProcess& program, const std::vector<std::string>& command, const char* argument) {
+  if (command.empty()) return false;
+  const QString path = QStandardPaths::findExecutable(QFile::decodeName(command.front().c_str()));
+  if (path.isEmpty()) return false;
   QStringList arguments;
   for (std::size_t i = 1; i < command.size(); ++i) {
     arguments.append(QFile::decodeName(command[i].c_str()));
   }
   arguments.append(QString::fromLatin1(argument));
   program.setStandardErrorFile(QProcess::nullDevice());
-  program.start(QFile::decodeName(command.front().c_str()), arguments);
+  program.start(path, arguments);
+  return true;
 }
 
 /// A program that has not ended in time is ended: its answer could not be told from half of one.
@@ -48,16 +54,15 @@ bool EndsInTime(QProcess& program, QByteArray& output) {
 bool CrontabProgram::List(std::string& table) const {
   QProcess program;
   program.setStandardInputFile(QProcess::nullDevice());
-  Start(program, command_, "-l");
   QByteArray output;
-  if (!EndsInTime(program, output)) return false;
+  if (!Start(program, command_, "-l") || !EndsInTime(program, output)) return false;
   table = program.exitCode() == 0 ? output.toStdString() : std::string();
   return true;
 }
 
 bool CrontabProgram::Install(std::string_view table) const {
   QProcess program;
-  Start(program, command_, "-");
+  if (!Start(program, command_, "-")) return false;
   program.write(table.data(), static_cast<qint64>(table.size()));
   program.closeWriteChannel();
   QByteArray output;

@@ -14,8 +14,8 @@ class CrontabProgram {
   /// The program with its first arguments.
   explicit CrontabProgram(std::vector<std::string> command) : command_(std::move(command)) {}
 
-  /// A user without a table has an empty one. False if the program did not answer, or answers
-  /// without end.
+  /// A user without a table has an empty one. False if the program is not there, does not answer,
+  /// or answers without end.
   [[nodiscard]] bool List(std::string& table) const;
   /// False if the program refuses.
   [[nodiscard]] bool Install(std::string_view table) const;

@@ -141,9 +141,18 @@ int EchoSocket::OpenAny() {
   if (errno != EACCES && errno != EPERM && errno != EPROTONOSUPPORT && errno != EAFNOSUPPORT) {
     return errno;
   }
-  socket_ = FileDescriptor(socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_ICMP));
-  if (!socket_) return errno;
   raw_ = true;
+  return OpenRaw();
+}
+
+int EchoSocket::OpenRaw() {
+  socket_ = FileDescriptor(socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_ICMP));
+  if (!socket_ && helper_ != nullptr && (errno == EPERM || errno == EACCES)) {
+    const int error = errno;
+    socket_ = helper_->OpenRawIcmp().socket;
+    errno = error;
+  }
+  if (!socket_) return errno;
   // The error queue is not subject to this filter.
   const icmp_filter onlyAnswers{.data = ~(1U << ICMP_ECHOREPLY)};
   return setsockopt(socket_.Get(), SOL_RAW, ICMP_FILTER, &onlyAnswers, sizeof onlyAnswers) < 0

@@ -10,6 +10,7 @@
 
 #include "platform/Icmp.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/PrivilegedHelper.h"
 
 namespace tallowin::platform::linux_host {
 
@@ -21,6 +22,9 @@ namespace tallowin::platform::linux_host {
 /// Everything in it works on hostile input: any host can send any ICMP message here, at any time.
 class EchoSocket {
  public:
+  /// `helper` opens the raw socket where this user may not; null for none. It must outlive this.
+  explicit EchoSocket(const PrivilegedHelper* helper = nullptr) : helper_(helper) {}
+
   /// 0, or the value of errno: EACCES or EPERM where the user may have neither socket. Once open it
   /// stays so, and another call costs nothing.
   [[nodiscard]] int Open();
@@ -33,6 +37,7 @@ class EchoSocket {
 
  private:
   [[nodiscard]] int OpenAny();
+  [[nodiscard]] int OpenRaw();
   [[nodiscard]] int SetTtl(int ttl);
   void DropWhatCameMeanwhile();
   [[nodiscard]] int SendMessage(std::string_view message);
@@ -40,6 +45,7 @@ class EchoSocket {
   [[nodiscard]] bool ReadAnswer(IcmpEchoReply& reply);
   [[nodiscard]] bool IsOfThisEcho(std::string_view message, std::uint8_t type) const;
 
+  const PrivilegedHelper* helper_;
   FileDescriptor socket_;
   bool raw_ = false;
   int ttl_ = 0;

@@ -37,8 +37,11 @@ Reading FailureOf(int error) {
   }
 }
 
+/// Only compared, so that those of far off years may wrap.
 std::int64_t Nanoseconds(const timespec& time) {
-  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+  constexpr std::uint64_t kSecond = 1'000'000'000;
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(time.tv_sec) * kSecond +
+                                   static_cast<std::uint64_t>(time.tv_nsec));
 }
 
 FileStamp StampOf(const struct stat& status) {

@@ -35,10 +35,10 @@ struct Line {
 };
 
 Line LineAt(std::string_view text, std::size_t begin) {
-  const std::size_t feed = text.find('\n', begin);
-  if (feed == std::string_view::npos) return {begin, text.size(), text.size()};
+  const std::size_t feed = std::min(text.find('\n', begin), text.size());
+  // Also where the line feed behind it is missing: it would be there once a line is added.
   const bool carriage = feed > begin && text[feed - 1] == '\r';
-  return {begin, carriage ? feed - 1 : feed, feed + 1};
+  return {begin, carriage ? feed - 1 : feed, std::min(feed + 1, text.size())};
 }
 
 /// A header that lacks its bracket is an ordinary line and ends no section.
@@ -122,7 +122,9 @@ std::string WithIniValue(std::string_view text, std::string_view section, std::s
   const std::string lineEnd = LineEndOf(text);
   const std::size_t place = found.lastOfSection ? found.lastOfSection->next : text.size();
   std::string changed(text.substr(0, place));
-  if (!changed.empty() && changed.back() != '\n') changed += lineEnd;
+  if (!changed.empty() && changed.back() != '\n') {
+    changed += changed.back() == '\r' ? "\n" : lineEnd;
+  }
   if (!found.lastOfSection) changed += "[" + std::string(section) + "]" + lineEnd;
   changed += std::string(key) + "=" + std::string(value) + lineEnd;
   changed += text.substr(place);

@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <string_view>
@@ -43,38 +44,19 @@ std::string ExecutableFolder() {
   return fs::read_symlink("/proc/self/exe", error).parent_path().string();
 }
 
-/// An installed program stands beside its data and does not keep its files there, not even where
-/// its folder can be written: root would fill /usr/bin with logs.
-bool KeepsFilesBesideItself(const std::string& folder, const std::string& installedData) {
-  std::error_code error;
-  return !folder.empty() && !fs::is_directory(installedData, error) &&
-         access(folder.c_str(), W_OK) == 0;
-}
+/// What the suite looks for in its folder.
+constexpr std::array kData = {"defaults.reg", "hacker.wav", "trojan.wav", "tallowinhlp.chm",
+                              "tallowinhlp"};
 
-/// The copy appears under its name when it is whole: half a file would stay for ever, as files that
-/// are there are never written over.
-void CopyIfMissing(const fs::path& from, const fs::path& to) {
-  std::error_code error;
-  if (fs::exists(fs::symlink_status(to, error))) return;
-  const fs::path part = to.string() + ".part";
-  if (!fs::copy_file(from, part, fs::copy_options::overwrite_existing, error)) return;
-  // The package's file may be read-only; the user's copy belongs to the user alone.
-  fs::permissions(part, fs::perms::owner_read | fs::perms::owner_write, error);
-  fs::rename(part, to, error);
-}
-
-void CopyMissing(const fs::path& from, const fs::path& to) {
-  std::error_code error;
-  if (fs::equivalent(from, to, error)) return;
-  for (fs::recursive_directory_iterator entry(from, error), end; !error && entry != end;
-       entry.increment(error)) {
-    const fs::path target = to / entry->path().lexically_relative(from);
-    std::error_code failure;
-    if (entry->is_directory(failure)) {
-      MakePrivateFolders(target);
-    } else {
-      CopyIfMissing(entry->path(), target);
-    }
+/// Links and no copies: who upgrades the package gets its new manual and presets.
+void LinkMissing(const fs::path& from, const fs::path& to) {
+  for (const char* name : kData) {
+    const fs::path link = to / name;
+    std::error_code error;
+    // Left behind by a package that lay elsewhere.
+    if (fs::is_symlink(link, error) && !fs::exists(link, error)) fs::remove(link, error);
+    // Fails where there is something, which is as it should be.
+    if (fs::exists(from / name, error)) fs::create_symlink(from / name, link, error);
   }
 }
 
@@ -86,17 +68,22 @@ LinuxFolders LinuxFolders::FromEnvironment() {
   folders.config = XdgFolder("XDG_CONFIG_HOME", folders.home, ".config");
   folders.data = XdgFolder("XDG_DATA_HOME", folders.home, ".local/share");
   folders.winePrefix = AbsoluteVariable("WINEPREFIX");
-  const std::string executables = ExecutableFolder();
-  folders.installedData = (fs::path(executables).parent_path() / "share" / "tallowin").string();
-  folders.program =
-      KeepsFilesBesideItself(executables, folders.installedData) ? executables : folders.data;
+  folders.executables = ExecutableFolder();
+  // An installed program stands beside its data and does not keep its files there, not even where
+  // its folder can be written: root would fill /usr/bin with logs.
+  const fs::path shared = fs::path(folders.executables).parent_path() / "share" / "tallowin";
+  std::error_code error;
+  const bool installed = fs::is_directory(shared, error);
+  folders.installedData = installed ? shared.string() : folders.executables;
+  const bool besideItself = !installed && access(folders.executables.c_str(), W_OK) == 0;
+  folders.program = besideItself ? folders.executables : folders.data;
   return folders;
 }
 
 void LinuxFolders::Prepare() const {
   MakePrivateFolders(config);
   MakePrivateFolders(data);
-  if (program == data) CopyMissing(installedData, data);
+  if (program == data) LinkMissing(installedData, data);
 }
 
 }  // namespace tallowin::platform::linux_host

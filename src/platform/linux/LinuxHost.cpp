@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "platform/linux/FirstStart.h"
 #include "platform/linux/RegistryFile.h"
 
 namespace tallowin::platform::linux_host {
@@ -16,7 +17,8 @@ LinuxHost::Preparation::Preparation(const LinuxFolders& folders) {
 LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
     : preparation_(folders),
       warn_(std::move(warn)),
-      sockets_(loop_),
+      helper_(PrivilegedHelper::FindProgram(folders.executables)),
+      sockets_(loop_, &helper_),
       registry_(folders.RegistryPath(),
                 [this](const std::string& setAside) {
                   warn_("the settings were damaged; the damaged file lies at " + setAside);
@@ -28,6 +30,9 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
       shell_(registry_, preparation_.userMask),
       instance_(folders.config + "/instance.lock"),
       files_(drive_),
+      fileFacts_(drive_),
+      versionInfo_(drive_),
+      modules_(drive_),
       host_{.loop = loop_,
             .sockets = sockets_,
             .registry = autostart_,
@@ -44,12 +49,22 @@ LinuxHost::LinuxHost(const LinuxFolders& folders, Warn warn)
             .icmp = icmp_,
             .names = names_,
             .files = files_,
-            .processes = processes_} {
+            .processes = processes_,
+            .fileFacts = fileFacts_,
+            .versionInfo = versionInfo_,
+            .modules = modules_,
+            .ipStatistics = ipStatistics_,
+            .clock = clock_,
+            .http = http_} {
   std::unique_ptr<RegistryKey> root;
   const RegistryResult result = registry_.OpenKey(RegistryRoot::CurrentUser, {}, root);
-  if (result == registry::kSuccess || result == registry::kNotFound) return;
-  warn_("the settings in " + folders.RegistryPath() +
-        " cannot be read: " + DescribeRegistryResult(result));
+  if (result != registry::kSuccess && result != registry::kNotFound) {
+    warn_("the settings in " + folders.RegistryPath() +
+          " cannot be read: " + DescribeRegistryResult(result));
+    return;
+  }
+  const std::string trouble = ImportPresetsOnce(registry_, folders.program + "/defaults.reg");
+  if (!trouble.empty()) warn_(trouble);
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -12,20 +12,27 @@
 #include "platform/linux/CurlLibrary.h"
 #include "platform/linux/LinuxDialUp.h"
 #include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/LinuxFileFacts.h"
 #include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxFolders.h"
+#include "platform/linux/LinuxHttp.h"
 #include "platform/linux/LinuxIcmp.h"
 #include "platform/linux/LinuxIniFiles.h"
+#include "platform/linux/LinuxIpStatistics.h"
 #include "platform/linux/LinuxNames.h"
 #include "platform/linux/LinuxPaths.h"
 #include "platform/linux/LinuxProcesses.h"
 #include "platform/linux/LinuxRegionalSettings.h"
+#include "platform/linux/LinuxResourceModules.h"
 #include "platform/linux/LinuxShell.h"
 #include "platform/linux/LinuxSingleInstance.h"
 #include "platform/linux/LinuxSmtp.h"
 #include "platform/linux/LinuxSound.h"
+#include "platform/linux/LinuxSystemClock.h"
 #include "platform/linux/LinuxSystemShutdown.h"
+#include "platform/linux/LinuxVersionInfo.h"
 #include "platform/linux/LinuxWinsock.h"
+#include "platform/linux/PrivilegedHelper.h"
 #include "platform/linux/SqliteRegistry.h"
 #include "platform/linux/WindowsDrive.h"
 
@@ -40,11 +47,13 @@ class LinuxOperatingSystem : public OperatingSystem {
 };
 
 /// Built by the main routines, which must have made the application object of Qt before. From its
-/// construction on, what the process creates is for this user alone; the folders are there.
+/// construction on, what the process creates is for this user alone; the folders are there, and so
+/// are the presets for a user who has no settings yet.
 class LinuxHost {
  public:
   /// Told in plain words where a damaged settings file was set aside, and that the settings cannot
-  /// be reached: the system itself keeps silent about both. Foreign bytes may stand in it.
+  /// be reached or the presets not imported: the system itself keeps silent about all of it.
+  /// Foreign bytes may stand in it.
   using Warn = std::function<void(const std::string& message)>;
 
   LinuxHost(const LinuxFolders& folders, Warn warn);
@@ -63,6 +72,7 @@ class LinuxHost {
   Preparation preparation_;
   Warn warn_;
   LinuxEventLoop loop_;
+  PrivilegedHelper helper_;
   LinuxSocketFactory sockets_;
   SqliteRegistry registry_;
   AutostartRegistry autostart_;  ///< the registry as the system sees it
@@ -78,10 +88,16 @@ class LinuxHost {
   LinuxDialUp dialUp_;
   CurlLibrary curl_;
   LinuxSmtp smtp_{curl_};
-  LinuxIcmp icmp_;
+  LinuxIcmp icmp_{&helper_};
   LinuxNames names_;
   LinuxFiles files_;
   LinuxProcesses processes_;
+  LinuxFileFacts fileFacts_;
+  LinuxVersionInfo versionInfo_;
+  LinuxResourceModules modules_;
+  LinuxIpStatistics ipStatistics_;
+  LinuxSystemClock clock_{&helper_};
+  LinuxHttp http_{curl_, loop_};
   platform::Host host_;
 };
 

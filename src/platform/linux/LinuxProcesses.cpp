@@ -5,18 +5,17 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <charconv>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <map>
+#include <sstream>
 #include <system_error>
 
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/Files.h"
 #include "platform/linux/ForeignFiles.h"
 #include "platform/linux/ProcessFiles.h"
+#include "platform/linux/Text.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -35,10 +34,7 @@ std::optional<ProcessStatus> StatusIn(const std::string& folder) {
 
 std::optional<std::uint32_t> IdFromName(const std::string& name) {
   std::uint32_t id = 0;
-  const char* end = name.data() + name.size();
-  const auto result = std::from_chars(name.data(), end, id);
-  if (result.ec != std::errc() || result.ptr != end || id == 0) return {};
-  return id;
+  return ReadNumber(name, id) && id != 0 ? std::optional(id) : std::nullopt;
 }
 
 /// In the order of the ids.
@@ -55,9 +51,12 @@ std::optional<std::vector<std::uint32_t>> IdsIn(const std::string& folder) {
 }
 
 /// Other users choose what their processes call themselves: without a separator it is no full path.
-std::string BareName(const std::string& name) { return name.substr(name.rfind('/') + 1); }
-
-bool HasEnded(const ProcessStatus& status) { return status.state == 'Z' || status.state == 'X'; }
+/// Nobody hides by having no name.
+std::string BareName(std::string name) {
+  while (name.ends_with('/')) name.pop_back();
+  name.erase(0, name.rfind('/') + 1);
+  return name.empty() ? "[unnamed]" : name;
+}
 
 /// The folder of a thread that runs: the first one may have ended and the others go on. Empty once
 /// all have ended.
@@ -65,7 +64,7 @@ std::string RunningThreadIn(const std::string& folder) {
   for (const std::uint32_t id : IdsIn(folder + "/task").value_or(std::vector<std::uint32_t>())) {
     std::string thread = folder + "/task/" + std::to_string(id);
     const auto status = StatusIn(thread);
-    if (status && !HasEnded(*status)) return thread;
+    if (status && !status->ended) return thread;
   }
   return {};
 }
@@ -90,27 +89,63 @@ std::string ProgramOf(const std::string& folder, const std::string& bareName) {
   return !NameExists(path) || Names(path, running) ? path : bareName;
 }
 
-/// The error number in this system's numbering, as the contract has it.
-std::uint32_t ErrorNumber(int number) {
-  return number == EACCES || number == EPERM ? processes::kAccessDenied : processes::kNoSuchProcess;
+bool HasInode(const std::string& path, std::uint64_t inode) {
+  struct stat named = {};
+  return stat(path.c_str(), &named) == 0 && named.st_ino == inode;
 }
 
-/// The lowest address of each executable file, the files in the order of their addresses.
-std::vector<ModuleEntry> ModulesFrom(std::istream& maps) {
-  std::map<std::string, std::uint64_t> bases;
-  std::map<std::uint64_t, std::string> executable;
-  for (std::string line; std::getline(maps, line);) {
+bool IsDevice(const std::string& path) {
+  struct stat named = {};
+  return stat(path.c_str(), &named) == 0 && (S_ISCHR(named.st_mode) || S_ISBLK(named.st_mode));
+}
+
+/// The kernel writes a line end as a number and leaves a name that holds this number as it is: only
+/// the link of the mapping tells the two apart.
+std::string FileOf(const Mapping& mapping, const std::string& folder) {
+  if (mapping.file.find("\\012") == std::string::npos) return mapping.file;
+  std::ostringstream link;
+  link << folder << "/map_files/" << std::hex << mapping.start << '-' << mapping.end;
+  const std::string file = LinkTarget(link.str());
+  return file.empty() ? mapping.file : file;
+}
+
+/// As for a program, never the path of another file: what was deleted loses its mark where nothing
+/// has taken its place, and otherwise keeps it, with as many more as make it name nothing.
+std::string ModulePath(std::string file, std::uint64_t inode) {
+  std::string former(WithoutDeletedMark(file));
+  if (former == file || HasInode(file, inode)) return file;
+  if (!NameExists(former) || HasInode(former, inode)) return former;
+  while (NameExists(file)) file += kDeletedMark;
+  return file;
+}
+
+/// Memory that processes share is mapped under the name of a device.
+bool IsModule(const std::string& file) {
+  return !IsDevice(file) &&
+         !(file != WithoutDeletedMark(file) && IsDevice(std::string(WithoutDeletedMark(file))));
+}
+
+/// The mappings of one file.
+struct MappedFile {
+  std::string file;
+  std::uint64_t base = 0;  ///< the lowest address
+  std::uint64_t inode = 0;
+  bool executable = false;
+};
+
+/// In the order of their addresses, in which the mappings stand.
+std::vector<MappedFile> FilesFrom(std::string_view maps, const std::string& folder) {
+  std::map<std::string, std::size_t> places;
+  std::vector<MappedFile> files;
+  for (const std::string_view line : Parts(maps, '\n')) {
     const auto mapping = ParseMapping(line);
     if (!mapping || mapping->file.empty()) continue;
-    const auto base = bases.emplace(mapping->file, mapping->start).first;
-    if (mapping->executable) executable.emplace(base->second, mapping->file);
+    const std::string file = FileOf(*mapping, folder);
+    const auto [place, isNew] = places.emplace(file, files.size());
+    if (isNew) files.push_back({file, mapping->start, mapping->inode});
+    if (mapping->executable) files[place->second].executable = true;
   }
-  std::vector<ModuleEntry> modules;
-  modules.reserve(executable.size());
-  for (const auto& [base, file] : executable) {
-    modules.push_back({.handle = base, .exePath = std::string(WithoutDeletedMark(file))});
-  }
-  return modules;
+  return files;
 }
 
 }  // namespace
@@ -123,7 +158,7 @@ std::optional<ProcessEntry> LinuxProcesses::EntryOf(std::uint32_t processId) con
   const std::string folder = FolderOf(processId);
   const auto status = StatusIn(folder);
   if (!status || status->kernelThread) return {};
-  const std::string running = HasEnded(*status) ? RunningThreadIn(folder) : folder;
+  const std::string running = status->ended ? RunningThreadIn(folder) : folder;
   if (running.empty()) return {};
   return ProcessEntry{.processId = processId,
                       .startTime = status->startTime,
@@ -142,17 +177,25 @@ std::optional<std::vector<ProcessEntry>> LinuxProcesses::Snapshot() {
 }
 
 std::uint32_t LinuxProcesses::Modules(std::uint32_t processId, std::vector<ModuleEntry>& modules) {
-  errno = 0;
-  std::ifstream maps(FolderOf(processId) + "/maps", std::ios::binary);
-  if (!maps) return ErrorNumber(errno);
-  std::vector<ModuleEntry> found = ModulesFrom(maps);
-  if (maps.bad()) return processes::kNoSuchProcess;
-  // Spelt as among the mappings, where a few odd names look the same.
-  const std::string link = LinkTarget(FolderOf(processId) + "/exe");
-  const std::string program = WithNewlines(WithoutDeletedMark(link));
-  std::stable_partition(found.begin(), found.end(),
-                        [&](const ModuleEntry& module) { return module.exePath == program; });
-  modules = std::move(found);
+  // A process has some ten thousand mappings at most, of which few name files.
+  constexpr std::size_t kLongest = std::size_t{16} << 20U;
+  std::string folder = FolderOf(processId);
+  const auto status = StatusIn(folder);
+  if (status && status->ended) folder = RunningThreadIn(folder);
+  BoundedText maps;
+  const Reading reading = ReadBounded(folder + "/maps", kLongest, maps);
+  if (reading == Reading::Forbidden) return processes::kAccessDenied;
+  if (reading != Reading::Done) return processes::kNoSuchProcess;
+
+  std::vector<MappedFile> files = FilesFrom(maps.text, folder);
+  std::erase_if(files, [](const auto& file) { return !file.executable || !IsModule(file.file); });
+  const std::string program = LinkTarget(folder + "/exe");
+  std::stable_partition(files.begin(), files.end(),
+                        [&](const MappedFile& file) { return file.file == program; });
+  modules.clear();
+  for (MappedFile& file : files) {
+    modules.push_back({file.base, ModulePath(std::move(file.file), file.inode)});
+  }
   return processes::kSuccess;
 }
 

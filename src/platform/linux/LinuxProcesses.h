@@ -14,12 +14,13 @@ class LinuxProcesses : public Processes {
   /// Another folder than /proc is for tests; processes in it are listed and never ended.
   explicit LinuxProcesses(std::string folder = "/proc") : folder_(std::move(folder)) {}
 
-  /// Without kernel threads and without processes that have ended and wait for their parent to
-  /// notice. A program that was deleted since it started keeps its path until another file goes by
-  /// that; then it has its bare name alone.
+  /// Without kernel threads and without processes that have ended, or were killed and are about
+  /// to, or wait for their parent to notice. A program that was deleted since it started keeps its
+  /// path until another file goes by that; then it has its bare name alone.
   [[nodiscard]] std::optional<std::vector<ProcessEntry>> Snapshot() override;
 
-  /// The files that are mapped to be executed.
+  /// The files that are mapped to be executed. A deleted one keeps its path until another file goes
+  /// by that; then it has the kernel's mark behind it.
   std::uint32_t Modules(std::uint32_t processId, std::vector<ModuleEntry>& modules) override;
 
   /// With SIGKILL, the one signal that cannot be refused.

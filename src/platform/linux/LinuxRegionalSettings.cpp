@@ -5,29 +5,11 @@
 #include <QTime>
 #include <algorithm>
 
+#include "platform/RunTimeError.h"
+#include "platform/linux/LocaleDates.h"
+
 namespace tallowin::platform::linux_host {
 namespace {
-
-/// Locales put narrow and no-break blanks before "PM" and between the parts of a date. In a log and
-/// in file names they only look like blanks. Marks that order text have no place in either.
-std::string WithPlainBlanks(QString text) {
-  text.removeIf([](QChar c) { return c.category() == QChar::Other_Format; });
-  for (QChar& c : text) {
-    if (c.category() == QChar::Separator_Space) c = QLatin1Char(' ');
-  }
-  return text.trimmed().toStdString();
-}
-
-/// The locale's form without the time zone, which stands as "t", at times in brackets.
-QString WithoutTimeZone(const QString& format) {
-  QString kept;
-  bool quoted = false;
-  for (const QChar c : format) {
-    if (c == QLatin1Char('\'')) quoted = !quoted;
-    if (quoted || !QStringLiteral("t()[]").contains(c)) kept += c;
-  }
-  return kept.trimmed();
-}
 
 QDate DateOf(const std::tm& local) {
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
@@ -36,11 +18,6 @@ QDate DateOf(const std::tm& local) {
 /// Second 60 is a leap second, which the forms do not know.
 QTime TimeOf(const std::tm& local) {
   return {local.tm_hour, local.tm_min, std::min(local.tm_sec, 59)};
-}
-
-std::string DefaultForm(const QLocale& locale, const QTime& time) {
-  const QString format = WithoutTimeZone(locale.timeFormat(QLocale::LongFormat));
-  return WithPlainBlanks(locale.toString(time, format));
 }
 
 std::string TwelveHourForm(const QLocale& locale, const QTime& time) {
@@ -58,14 +35,14 @@ const LinuxRegionalSettings::Texts& LinuxRegionalSettings::TextsOf(TimePoint tim
 
   tzset();  // localtime_r alone would keep the time zone of the program's start.
   std::tm local = {};
-  if (localtime_r(&second, &local) == nullptr) return texts_;
+  if (localtime_r(&second, &local) == nullptr) return texts_ = {};
   const QLocale locale = QLocale::system();
   const QDate date = DateOf(local);
   if (texts_.longDate.empty() || date != DateOf(texts_.local)) {
     texts_.longDate = WithPlainBlanks(locale.toString(date, QLocale::LongFormat));
     texts_.shortDate = WithPlainBlanks(locale.toString(date, QLocale::ShortFormat));
   }
-  texts_.defaultTime = DefaultForm(locale, TimeOf(local));
+  texts_.defaultTime = DefaultTimeText(locale, TimeOf(local));
   texts_.twelveHourTime = TwelveHourForm(locale, TimeOf(local));
   texts_.local = local;
   texts_.second = second;
@@ -84,6 +61,32 @@ std::string LinuxRegionalSettings::DefaultTime(TimePoint time) const {
 
 std::string LinuxRegionalSettings::TwelveHourTime(TimePoint time) const {
   return TextsOf(time).twelveHourTime;
+}
+
+RegionalSettings::WallTime LinuxRegionalSettings::ToWallTime(TimePoint time) const {
+  const std::tm& local = TextsOf(time).local;
+  const std::chrono::year_month_day date{
+      std::chrono::year(local.tm_year + 1900),
+      std::chrono::month(static_cast<unsigned>(local.tm_mon + 1)),
+      std::chrono::day(static_cast<unsigned>(local.tm_mday))};
+  return std::chrono::local_days(date) + std::chrono::hours(local.tm_hour) +
+         std::chrono::minutes(local.tm_min) + std::chrono::seconds(local.tm_sec);
+}
+
+std::string LinuxRegionalSettings::GeneralDate(WallTime time) const {
+  return GeneralDateText(QLocale::system(), time);
+}
+
+RegionalSettings::WallTime LinuxRegionalSettings::ReadDate(std::string_view text) const {
+  const auto time = ReadGeneralDate(QLocale::system(), text);
+  if (!time) throw RunTimeError(error::kTypeMismatch, "Type mismatch");
+  return *time;
+}
+
+NumberMarks LinuxRegionalSettings::Numbers() const {
+  const QLocale locale = QLocale::system();
+  return {.decimalPoint = PlainBlanks(locale.decimalPoint()).toStdString(),
+          .thousandsSeparator = PlainBlanks(locale.groupSeparator()).toStdString()};
 }
 
 }  // namespace tallowin::platform::linux_host

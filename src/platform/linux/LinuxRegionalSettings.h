@@ -16,6 +16,10 @@ class LinuxRegionalSettings : public RegionalSettings {
   [[nodiscard]] std::string ShortDate(TimePoint time) const override;
   [[nodiscard]] std::string DefaultTime(TimePoint time) const override;
   [[nodiscard]] std::string TwelveHourTime(TimePoint time) const override;
+  [[nodiscard]] WallTime ToWallTime(TimePoint time) const override;
+  [[nodiscard]] std::string GeneralDate(WallTime time) const override;
+  [[nodiscard]] WallTime ReadDate(std::string_view text) const override;
+  [[nodiscard]] NumberMarks Numbers() const override;
 
  private:
   struct Texts {

@@ -1,12 +1,12 @@
 #include "platform/linux/LinuxShell.h"
 
-#include <poll.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QFile>
 #include <QProcess>
+#include <QStandardPaths>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -21,6 +21,7 @@
 #include "platform/linux/LinuxPaths.h"
 #include "platform/linux/RegistryFile.h"
 #include "platform/linux/Text.h"
+#include "platform/linux/WaitForInput.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -86,14 +87,12 @@ bool Exists(const std::string& path) {
 bool IsAddress(std::string_view text) {
   const std::string start = LowerAscii(text.substr(0, 8));
   return start.starts_with("http://") || start.starts_with("https://") ||
-         start.starts_with("mailto:");
+         start.starts_with("ftp://");
 }
 
 /// Openers hand addresses on through scripts; blanks and quotes are kept out of their way. Empty
-/// for an address that holds control characters, or asks the mail program to send a file along.
+/// for an address that holds control characters.
 std::string SafeAddress(std::string_view address) {
-  const std::string lowered = LowerAscii(address);
-  if (lowered.starts_with("mailto:") && lowered.find("attach") != std::string::npos) return {};
   std::string safe;
   for (const char c : address) {
     const auto byte = static_cast<unsigned char>(c);
@@ -109,23 +108,35 @@ std::string SafeAddress(std::string_view address) {
   return safe;
 }
 
-/// Programs and starters, for which "open" would mean to run them: by their first bytes, or by the
-/// endings that desktops go by.
-bool MightBeRun(const std::string& path) {
-  std::array<char, 4> start = {};
-  std::error_code error;
-  if (fs::is_regular_file(path, error)) std::ifstream(path).read(start.data(), start.size());
+/// By the first bytes: programs, scripts and starters.
+bool StartsLikeProgram(const std::string& path) {
+  std::array<char, 64> start = {};
+  std::ifstream(path, std::ios::binary).read(start.data(), start.size());
   const std::string_view bytes(start.data(), start.size());
-  if (bytes ==
-          "\x7F"
-          "ELF" ||
-      bytes.starts_with("MZ") || bytes.starts_with("#!"))
-    return true;
-  constexpr std::array<std::string_view, 13> kEndings = {
-      ".appimage", ".bat", ".cmd", ".com", ".desktop", ".exe", ".jar",
-      ".lnk",      ".msi", ".pif", ".run", ".scr",     ".sh"};
-  const std::string ending = LowerAscii(fs::path(path).extension().string());
-  return std::ranges::find(kEndings, ending) != kEndings.end();
+  return bytes.starts_with(
+             "\x7F"
+             "ELF") ||
+         bytes.starts_with("MZ") || bytes.starts_with("#!") ||
+         bytes.find("[Desktop Entry]") != std::string_view::npos;
+}
+
+/// By the endings that desktops go by.
+bool EndsLikeProgram(const fs::path& path) {
+  constexpr std::array<std::string_view, 20> kEndings = {
+      ".appimage",   ".bat", ".cmd", ".com",  ".cpl", ".desktop", ".exe",
+      ".flatpakref", ".hta", ".jar", ".jnlp", ".js",  ".lnk",     ".msi",
+      ".pif",        ".ps1", ".run", ".scr",  ".sh",  ".vbs"};
+  return std::ranges::find(kEndings, LowerAscii(path.extension().string())) != kEndings.end();
+}
+
+/// Whether "open" could mean to run it. A link is what it leads to, whatever it is called itself.
+bool MightBeRun(const std::string& path) {
+  std::error_code error;
+  const fs::path target = fs::canonical(path, error);
+  if (error || !fs::exists(target, error)) return true;
+  if (fs::is_directory(target, error)) return false;
+  return !fs::is_regular_file(target, error) || access(target.c_str(), X_OK) == 0 ||
+         StartsLikeProgram(target) || EndsLikeProgram(path) || EndsLikeProgram(target);
 }
 
 /// What is started meanwhile gets the user's file mode creation mask and not this program's own.
@@ -144,15 +155,7 @@ class UserMask {
 void AwaitEnd(pid_t process, std::chrono::milliseconds limit) {
   // None for a process that has ended already.
   const FileDescriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
-  if (!handle) return;
-  const auto deadline = std::chrono::steady_clock::now() + limit;
-  pollfd ended = {.fd = handle.Get(), .events = POLLIN, .revents = 0};
-  int result = 0;
-  do {
-    const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    result = poll(&ended, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
-  } while (result < 0 && errno == EINTR);
+  if (handle) WaitForInput(handle.Get(), limit);
 }
 
 }  // namespace
@@ -165,7 +168,7 @@ std::int32_t LinuxShell::Execute(std::string_view verb, std::string_view file,
     const std::string address = SafeAddress(file);
     return address.empty() ? kAccessDenied : Open(address);
   }
-  const std::string path = AbsolutePath(file);
+  const std::string path = HelpPagesOr(AbsolutePath(file));
   if (Exists(path)) return MightBeRun(path) ? kAccessDenied : Open(path);
   if (const auto arguments = EditorArguments(file)) return Import(FileToImport(*arguments));
   return kFileNotFound;
@@ -180,13 +183,30 @@ std::int32_t LinuxShell::Import(const std::string& path) {
 
 std::int32_t LinuxShell::Open(const std::string& argument) const {
   QProcess opener;
-  opener.setProgram(QString::fromStdString(opener_));
+  opener.setProgram(QString::fromStdString(programs_.opener));
   opener.setArguments({QFile::decodeName(argument.c_str())});
   opener.setStandardInputFile(QProcess::nullDevice());
   opener.setStandardOutputFile(QProcess::nullDevice());
   opener.setStandardErrorFile(QProcess::nullDevice());
   const UserMask mask(userMask_);
   return opener.startDetached() ? kOpened : kNoAssociation;
+}
+
+bool LinuxShell::OpensHelpFiles() const {
+  constexpr int kPatience = 3000;  // milliseconds
+  const QString path = QStandardPaths::findExecutable(QString::fromStdString(programs_.mimeQuery));
+  if (path.isEmpty()) return false;  // QProcess leaves a pipe open where it starts one in vain
+  QProcess query;
+  query.start(path, {"query", "default", "application/vnd.ms-htmlhelp"}, QIODevice::ReadOnly);
+  return query.waitForFinished(kPatience) && !query.readAllStandardOutput().trimmed().isEmpty();
+}
+
+std::string LinuxShell::HelpPagesOr(const std::string& path) const {
+  const fs::path file(path);
+  if (LowerAscii(file.extension().string()) != ".chm") return path;
+  std::string pages = (file.parent_path() / file.stem() / "index.html").string();
+  if (!Exists(pages) || (Exists(path) && OpensHelpFiles())) return path;
+  return pages;
 }
 
 bool LinuxShell::RunAndWait(std::string_view commandLine, std::chrono::milliseconds limit) {

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kLibraryVersion = 0;
 constexpr std::uint32_t kSoundId = 1;
+constexpr std::uint32_t kBellId = 2;
 
 /// The library's function, with the type that its header gives it. Null if it is not there.
 template <typename Function>
@@ -47,6 +48,13 @@ class LinuxSound::Player {
                  "Tallowin", CA_PROP_CANBERRA_CACHE_CONTROL, "never", nullptr) == CA_SUCCESS;
   }
 
+  void PlayBell() {
+    if (context_ == nullptr) return;
+    (void)cancel_(context_, kBellId);
+    (void)play_(context_, kBellId, CA_PROP_EVENT_ID, "bell", CA_PROP_EVENT_DESCRIPTION, "Wrong key",
+                CA_PROP_APPLICATION_NAME, "Tallowin", nullptr);
+  }
+
  private:
   QLibrary library_{"canberra", kLibraryVersion};
   decltype(&ca_context_create) create_;
@@ -63,8 +71,14 @@ LinuxSound::~LinuxSound() = default;
 bool LinuxSound::PlaySound(std::string_view file) {
   const std::string path(file);
   if (access(path.c_str(), R_OK) != 0) return false;
+  return LoadedPlayer().Play(path);
+}
+
+void LinuxSound::Beep() { LoadedPlayer().PlayBell(); }
+
+LinuxSound::Player& LinuxSound::LoadedPlayer() {
   if (!player_) player_ = std::make_unique<Player>();
-  return player_->Play(path);
+  return *player_;
 }
 
 }  // namespace tallowin::platform::linux_host

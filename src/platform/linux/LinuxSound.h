@@ -18,9 +18,11 @@ class LinuxSound : public Sound {
   ~LinuxSound() override;
 
   bool PlaySound(std::string_view file) override;
+  void Beep() override;
 
  private:
   class Player;
+  Player& LoadedPlayer();
   std::unique_ptr<Player> player_;
 };
 

@@ -7,6 +7,7 @@
 
 #include "platform/linux/Connection.h"
 #include "platform/linux/Connector.h"
+#include "platform/linux/LinuxUdpWinsock.h"
 #include "platform/linux/Listener.h"
 #include "platform/linux/SocketErrors.h"
 #include "platform/linux/SocketServices.h"
@@ -98,7 +99,7 @@ void LinuxWinsock::Listen() {
   if (!IsPort(localPort_)) throw SocketError(EADDRNOTAVAIL);
   services_->callers.ResetDoomed();
   FileDescriptor socket = services_->parked.TakeBack(this, localPort_);
-  if (!socket) socket = OpenListeningSocket(localPort_);
+  if (!socket) socket = OpenListeningSocket(localPort_, services_->helper);
   listener_ = std::make_unique<Listener>(
       services_->loop, std::move(socket),
       Listener::Events{[this](Caller caller) { OnCaller(std::move(caller)); },
@@ -228,11 +229,15 @@ void LinuxWinsock::StopListening() {
 
 }  // namespace
 
-LinuxSocketFactory::LinuxSocketFactory(LinuxEventLoop& loop)
-    : services_(std::make_shared<SocketServices>(loop)) {}
+LinuxSocketFactory::LinuxSocketFactory(LinuxEventLoop& loop, const PrivilegedHelper* helper)
+    : services_(std::make_shared<SocketServices>(loop, helper)) {}
 
 std::unique_ptr<Winsock> LinuxSocketFactory::MakeWinsock() {
   return std::make_unique<LinuxWinsock>(services_);
+}
+
+std::unique_ptr<UdpWinsock> LinuxSocketFactory::MakeUdpWinsock() {
+  return std::make_unique<LinuxUdpWinsock>(services_->loop);
 }
 
 }  // namespace tallowin::platform::linux_host

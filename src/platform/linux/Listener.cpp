@@ -31,9 +31,18 @@ bool IsShortage(int error) {
 
 }  // namespace
 
-FileDescriptor OpenListeningSocket(int port) {
+FileDescriptor OpenListeningSocket(int port, const PrivilegedHelper* helper) {
   FileDescriptor socket = OpenTcpSocket();
-  BindToPort(socket, port);
+  int error = TryToBind(socket, port);
+  if (error == EACCES && helper != nullptr) {
+    auto helped = helper->BindTcp(port);
+    if (helped.error == EADDRINUSE) error = helped.error;
+    if (helped.socket) {
+      socket = std::move(helped.socket);
+      error = 0;
+    }
+  }
+  if (error != 0) throw SocketError(error);
   // Callers inherit this, and so are reset by whatever closes them unaccepted.
   SetResetOnClose(socket, true);
   if (listen(socket.Get(), SOMAXCONN) != 0) throw SocketError(errno);

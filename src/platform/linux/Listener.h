@@ -6,11 +6,13 @@
 
 #include "platform/linux/LinuxEventLoop.h"
 #include "platform/linux/PendingCallers.h"
+#include "platform/linux/PrivilegedHelper.h"
 
 namespace tallowin::platform::linux_host {
 
-/// Opens `port` on all addresses; 0 lets the system choose. Throws RunTimeError.
-[[nodiscard]] FileDescriptor OpenListeningSocket(int port);
+/// Opens `port` on all addresses; 0 lets the system choose. What this user may not open, the helper
+/// is asked for, where there is one. Throws RunTimeError.
+[[nodiscard]] FileDescriptor OpenListeningSocket(int port, const PrivilegedHelper* helper);
 
 /// Takes callers from the system, one for each event.
 class Listener {

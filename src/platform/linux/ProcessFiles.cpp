@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <csignal>
 
 #include "platform/linux/Text.h"
 
@@ -12,30 +12,19 @@ namespace tallowin::platform::linux_host {
 namespace {
 
 constexpr std::uint64_t kKernelThreadFlag = 0x00200000;
+constexpr std::uint64_t kExitingFlag = 0x00000004;
 
 // Where the fields stand behind the name, the first of them being the state.
 constexpr std::size_t kFlags = 6;
 constexpr std::size_t kNice = 16;
 constexpr std::size_t kStartTime = 19;
+constexpr std::size_t kPending = 28;
 constexpr std::size_t kPolicy = 38;
 
-template <typename T>
-bool ReadNumber(std::string_view text, T& number, int base = 10) {
-  const char* end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, number, base);
-  return result.ec == std::errc() && result.ptr == end;
-}
+/// The number of the signal is that of its bit, counted from 1.
+constexpr std::uint64_t kKillPending = std::uint64_t{1} << (SIGKILL - 1);
 
 }  // namespace
-
-std::string WithNewlines(std::string_view path) {
-  constexpr std::string_view kLineEnd = "\\012";
-  std::string text(path);
-  for (std::size_t at = 0; (at = text.find(kLineEnd, at)) != std::string::npos; ++at) {
-    text.replace(at, kLineEnd.size(), "\n");
-  }
-  return text;
-}
 
 std::int32_t BasePriority(int nice, int policy) {
   constexpr std::int32_t kIdle = 4;
@@ -59,15 +48,19 @@ std::optional<ProcessStatus> ParseProcessStatus(std::string_view text) {
   if (fields.size() <= kPolicy || fields[0].size() != 1) return {};
 
   std::uint64_t flags = 0;
+  std::uint64_t pending = 0;
   int nice = 0;
   int policy = 0;
   ProcessStatus status;
   if (!ReadNumber(fields[kFlags], flags) || !ReadNumber(fields[kNice], nice) ||
-      !ReadNumber(fields[kStartTime], status.startTime) || !ReadNumber(fields[kPolicy], policy)) {
+      !ReadNumber(fields[kStartTime], status.startTime) || !ReadNumber(fields[kPending], pending) ||
+      !ReadNumber(fields[kPolicy], policy)) {
     return {};
   }
   status.name = text.substr(open + 1, close - open - 1);
   status.state = fields[0].front();
+  status.ended = status.state == 'Z' || status.state == 'X' || (flags & kExitingFlag) != 0 ||
+                 (pending & kKillPending) != 0;
   status.kernelThread = (flags & kKernelThreadFlag) != 0;
   status.basePriority = BasePriority(nice, policy);
   return status;
@@ -83,18 +76,23 @@ std::optional<Mapping> ParseMapping(std::string_view line) {
     line.remove_prefix(std::min(end + 1, line.size()));
   }
   line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+  // No file has such a name, and one that is looked for would be another one, the part before it.
+  if (line.find('\0') != std::string_view::npos) return {};
 
   Mapping mapping;
-  const std::string_view start = fields[0].substr(0, fields[0].find('-'));
-  if (!ReadNumber(start, mapping.start, 16)) return {};
+  const std::size_t dash = fields[0].find('-');
+  if (dash == std::string_view::npos || !ReadNumber(fields[0].substr(0, dash), mapping.start, 16) ||
+      !ReadNumber(fields[0].substr(dash + 1), mapping.end, 16) ||
+      !ReadNumber(fields[4], mapping.inode)) {
+    return {};
+  }
   mapping.executable = fields[1].size() > 2 && fields[1][2] == 'x';
-  if (line.starts_with('/')) mapping.file = WithNewlines(line);
+  if (line.starts_with('/')) mapping.file = line;
   return mapping;
 }
 
 std::string_view WithoutDeletedMark(std::string_view path) {
-  constexpr std::string_view kMark = " (deleted)";
-  if (path.ends_with(kMark)) path.remove_suffix(kMark.size());
+  if (path.ends_with(kDeletedMark)) path.remove_suffix(kDeletedMark.size());
   return path;
 }
 

@@ -14,6 +14,7 @@ namespace tallowin::platform::linux_host {
 struct ProcessStatus {
   std::string name;  ///< what the process calls itself, 15 bytes at most; any bytes
   char state = '?';
+  bool ended = false;  ///< or so near its end that it runs nothing of its program any more
   bool kernelThread = false;
   std::int32_t basePriority = 8;
   std::uint64_t startTime = 0;  ///< ticks since the machine started
@@ -28,15 +29,17 @@ struct ProcessStatus {
 /// One line of /proc/ID/maps.
 struct Mapping {
   std::uint64_t start = 0;
+  std::uint64_t end = 0;
+  std::uint64_t inode = 0;
   bool executable = false;
-  std::string file;  ///< empty where no file is mapped
+  /// As the kernel writes it, line ends as "\012"; empty where no file is mapped.
+  std::string file;
 };
 [[nodiscard]] std::optional<Mapping> ParseMapping(std::string_view line);
 
-/// The kernel writes a line end in the path of a mapping, and nothing else, as a number.
-[[nodiscard]] std::string WithNewlines(std::string_view path);
-
-/// `path` without the mark that the kernel puts behind the name of a deleted file.
+/// What the kernel puts behind the name of a deleted file.
+inline constexpr std::string_view kDeletedMark = " (deleted)";
+/// `path` without that mark.
 [[nodiscard]] std::string_view WithoutDeletedMark(std::string_view path);
 
 }  // namespace tallowin::platform::linux_host

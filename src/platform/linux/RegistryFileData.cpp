@@ -24,7 +24,7 @@ bool FitsInQuotes(std::string_view text) {
   return std::none_of(text.begin(), text.end(), control);
 }
 
-std::string FileBytes(const RegistryValue& value) {
+std::string BytesInFile(const RegistryValue& value) {
   if (!IsText(value.type)) return value.data;
   // A list that lacks the NUL behind its last part is left alone, so that it comes back so.
   const bool openList =
@@ -80,7 +80,7 @@ std::string WriteValueData(const RegistryValue& value, std::size_t column) {
     (void)std::snprintf(text.data(), text.size(), "dword:%08x", value.Number());
     return text.data();
   }
-  return WriteHex(HexName(value.type), FileBytes(value), column);
+  return WriteHex(HexName(value.type), BytesInFile(value), column);
 }
 
 std::string Quote(std::string_view text) {

@@ -114,6 +114,7 @@ SqliteTransaction::~SqliteTransaction() {
 }
 
 int SqliteTransaction::Begin() {
+  if (sqlite3_get_autocommit(connection_.Handle()) == 0) return SQLITE_OK;
   // Taking the write lock at once: a transaction that reads first could lose the race for it.
   const int result = connection_.Execute("BEGIN IMMEDIATE");
   open_ = result == SQLITE_OK;
@@ -121,6 +122,7 @@ int SqliteTransaction::Begin() {
 }
 
 int SqliteTransaction::Commit() {
+  if (!open_) return SQLITE_OK;
   const int result = connection_.Execute("COMMIT");
   if (result == SQLITE_OK) open_ = false;
   return result;

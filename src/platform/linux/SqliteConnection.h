@@ -74,7 +74,8 @@ class SqliteConnection {
   std::unique_ptr<sqlite3, Close> connection_;
 };
 
-/// A transaction that is rolled back unless Commit succeeds.
+/// A transaction that is rolled back unless Commit succeeds. One that begins within another is part
+/// of that one, which decides.
 class SqliteTransaction {
  public:
   explicit SqliteTransaction(SqliteConnection& connection) : connection_(connection) {}

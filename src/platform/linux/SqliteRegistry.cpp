@@ -173,4 +173,20 @@ RegistryResult SqliteRegistry::DeleteTree(RegistryRoot root, std::string_view pa
   return result == registry::kSuccess ? store_->DeleteTree(FoldPath(names)) : result;
 }
 
+RegistryResult SqliteRegistry::ChangeAsOne(const std::function<bool()>& changes) {
+  const RegistryResult result = Connect(Purpose::Create);
+  if (result != registry::kSuccess) return result;
+  const std::shared_ptr<RegistryStore> store = store_;
+  SqliteTransaction transaction(store->Connection());
+  int outcome = transaction.Begin();
+  if (TranslateSqliteResult(outcome) != registry::kSuccess) return TranslateSqliteResult(outcome);
+  store->ForgetReadings();
+  if (changes()) {
+    outcome = transaction.Commit();
+  }
+  // What was read meanwhile may be taken back.
+  store->ForgetReadings();
+  return TranslateSqliteResult(outcome);
+}
+
 }  // namespace tallowin::platform::linux_host

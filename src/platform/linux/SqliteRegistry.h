@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -38,6 +39,11 @@ class SqliteRegistry final : public Registry {
                                           Reading& reading);
   /// A root itself cannot be removed: kAccessDenied.
   [[nodiscard]] RegistryResult DeleteTree(RegistryRoot root, std::string_view path) override;
+
+  /// What `changes` does to this registry is done as a whole or, where it gives false or the
+  /// process is killed, not at all. Other processes cannot write meanwhile, and see nothing of it
+  /// before.
+  [[nodiscard]] RegistryResult ChangeAsOne(const std::function<bool()>& changes);
 
  private:
   enum class Purpose { Read, Write, Create };

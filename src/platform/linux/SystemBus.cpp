@@ -33,13 +33,18 @@ std::optional<QDBusConnection> ConnectWithin(std::chrono::milliseconds limit,
   const auto decided = std::make_shared<std::atomic_flag>();
   std::promise<QDBusConnection> promise;
   auto connected = promise.get_future();
-  std::thread([decided, address, name, promise = std::move(promise)]() mutable {
+  std::thread thread([decided, address, name, promise = std::move(promise)]() mutable {
     promise.set_value(Connect(address, name));
     if (decided->test_and_set()) QDBusConnection::disconnectFromBus(name);
-  }).detach();
+  });
   const bool inTime = connected.wait_for(limit) == std::future_status::ready;
-  if (inTime || decided->test_and_set()) return connected.get();
-  return {};
+  if (!inTime && !decided->test_and_set()) {
+    thread.detach();
+    return {};
+  }
+  // The end of a thread takes parts of the library with it, which must not meet the program's end.
+  thread.join();
+  return connected.get();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -90,10 +91,12 @@ void SystemdUnits::AddEntries(std::vector<AutostartEntry>& entries) {
       if (leads == unit.links.end()) continue;
       fragment = *leads;
     }
+    UnitSearch::Start start = search_.StartOf(name, fragment);
     entries.push_back({.name = "systemd unit: " + unit.links.front(),
-                       .command = search_.CommandOf(name, fragment),
+                       .command = std::move(start.command),
                        .changed = unit.changed,
-                       .files = unit.links});
+                       .files = unit.links,
+                       .unitFiles = std::move(start.files)});
   }
 }
 

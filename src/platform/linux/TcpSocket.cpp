@@ -32,7 +32,7 @@ FileDescriptor OpenTcpSocket() {
   return opened;
 }
 
-void BindToPort(const FileDescriptor& socket, int port) {
+int TryToBind(const FileDescriptor& socket, int port) {
   // Connections of an earlier run that the system has not forgotten yet do not count as taken.
   const int on = 1;
   setsockopt(socket.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
@@ -40,9 +40,13 @@ void BindToPort(const FileDescriptor& socket, int port) {
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<std::uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_ANY);
-  if (bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    throw SocketError(errno);
-  }
+  return bind(socket.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0
+             ? 0
+             : errno;
+}
+
+void BindToPort(const FileDescriptor& socket, int port) {
+  if (const int error = TryToBind(socket, port)) throw SocketError(error);
 }
 
 int LocalPortOf(const FileDescriptor& socket) {

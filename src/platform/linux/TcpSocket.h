@@ -17,7 +17,9 @@ namespace tallowin::platform::linux_host {
 
 /// A new TCP socket that never waits and that child processes do not inherit. Throws RunTimeError.
 [[nodiscard]] FileDescriptor OpenTcpSocket();
-/// Binds to `port` on all addresses, 0 being any port. Throws RunTimeError.
+/// Binds to `port` on all addresses, 0 being any port. 0, or the value of errno.
+[[nodiscard]] int TryToBind(const FileDescriptor& socket, int port);
+/// The same, but throws RunTimeError.
 void BindToPort(const FileDescriptor& socket, int port);
 
 /// The port at this end; 0 if there is none.

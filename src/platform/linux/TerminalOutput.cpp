@@ -24,7 +24,8 @@ TerminalOutput::TerminalOutput(LinuxEventLoop& loop, int descriptor)
 TerminalOutput::~TerminalOutput() { Flush(kMomentAtTheEnd); }
 
 void TerminalOutput::Write(std::string_view text) {
-  if (waiting_.size() - written_ + text.size() > WaitingLimit) {
+  const std::size_t waits = waiting_.size() - written_;
+  if (waits > 0 && waits + text.size() > WaitingLimit) {
     leftOut_ += text.size();
     return;
   }
@@ -61,8 +62,8 @@ bool TerminalOutput::WriteChunk() {
 
 void TerminalOutput::TellWhatIsLeftOut() {
   if (leftOut_ == 0) return;
-  waiting_ += "[" + std::to_string(leftOut_) +
-              " bytes were not read in time and are left out here; the log has them]\n";
+  waiting_ +=
+      "[" + std::to_string(leftOut_) + " bytes were not read in time and are left out here]\n";
   leftOut_ = 0;
 }
 

@@ -10,8 +10,9 @@
 namespace tallowin::platform::linux_host {
 
 /// A stopped terminal or a reader who does not read must not stop the guard. What is not taken at
-/// once waits, up to `WaitingLimit`; beyond that it is left out, and a line says so when the reader
-/// comes back. The descriptor stays a blocking one, since other processes may share it.
+/// once waits, a text of any size alone and more up to `WaitingLimit`; beyond that it is left out,
+/// and a line says so when the reader comes back. The descriptor stays a blocking one, since other
+/// processes may share it.
 class TerminalOutput {
  public:
   static constexpr std::size_t WaitingLimit = std::size_t{4} << 20U;

@@ -1,6 +1,7 @@
 // Names and paths as text: how letters compare and where a path is cut.
 #pragma once
 
+#include <charconv>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,5 +22,13 @@ void SkipBlanks(std::string_view& text);
 
 /// What stands between the separators; empty parts are left out. Points into `text`.
 [[nodiscard]] std::vector<std::string_view> Parts(std::string_view text, char separator);
+
+/// False unless the whole of `text` is one number.
+template <typename T>
+[[nodiscard]] bool ReadNumber(std::string_view text, T& number, int base = 10) {
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, number, base);
+  return result.ec == std::errc() && result.ptr == end;
+}
 
 }  // namespace tallowin::platform::linux_host

@@ -14,6 +14,9 @@ constexpr std::array<const char*, 4> kCommandKeys = {"ExecStart", "ExecCondition
                                                      "ExecStartPost"};
 constexpr std::array<const char*, 2> kActivationKeys = {"Unit", "Service"};
 
+/// A code of two bytes may stand for a whole name, so that a file would decide how long this gets.
+constexpr std::size_t kLongestCommand = std::size_t{128} << 10U;
+
 bool IsComment(std::string_view line) { return line.starts_with('#') || line.starts_with(';'); }
 
 /// Up to a LF, CR or NUL, or CR and LF together, which are taken away as well.
@@ -110,7 +113,7 @@ std::string Meaning(char code, const UnitName& unit, const UnitMeanings& meaning
 
 std::string Expanded(std::string_view text, const UnitName& unit, const UnitMeanings& meanings) {
   std::string expanded;
-  for (std::size_t i = 0; i < text.size(); ++i) {
+  for (std::size_t i = 0; i < text.size() && expanded.size() < kLongestCommand; ++i) {
     if (text[i] == '%' && i + 1 < text.size()) {
       expanded += Meaning(text[++i], unit, meanings);
     } else {
@@ -219,6 +222,7 @@ std::string UnitCommands::Command(const UnitName& unit, const UnitMeanings& mean
     for (const std::string& line : Values(key)) {
       if (!commands.empty()) commands += "; ";
       commands += CommandOfLine(Expanded(line, unit, meanings));
+      if (commands.size() >= kLongestCommand) return commands.substr(0, kLongestCommand);
     }
     if (std::string_view(key) == "ExecStart" && !commands.empty()) break;
   }

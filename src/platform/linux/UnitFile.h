@@ -47,6 +47,7 @@ class UnitCommands {
   void Apply(const UnitFile& file);
 
   /// What the unit runs: the main commands, or the ones around them where it has no main command.
+  /// Cut at 128 KiB.
   [[nodiscard]] std::string Command(const UnitName& unit, const UnitMeanings& meanings) const;
   /// The unit that a timer, path or socket unit names for itself to start. Empty if it names none.
   [[nodiscard]] std::string Activated(const UnitName& unit, const UnitMeanings& meanings) const;

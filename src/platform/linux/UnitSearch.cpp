@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "platform/linux/ForeignFiles.h"
 
@@ -134,26 +135,34 @@ std::map<std::string, std::string> UnitSearch::DropInsOf(const UnitName& unit) {
   return dropIns;
 }
 
-UnitCommands UnitSearch::CommandsOf(const UnitName& unit, const std::string& otherFragment) {
-  UnitCommands commands;
+std::vector<std::string> UnitSearch::FilesOf(const UnitName& unit,
+                                             const std::string& otherFragment) {
+  std::vector<std::string> files;
   std::string path = FragmentOf(unit);
   if (path.empty()) path = otherFragment;
-  if (!path.empty()) {
-    const auto fragment = Read(path);
-    if (fragment) commands.Apply(*fragment);
-  }
-  for (const auto& [name, dropIn] : DropInsOf(unit)) {
-    const auto file = Read(dropIn);
+  if (!path.empty()) files.push_back(std::move(path));
+  for (auto& [name, dropIn] : DropInsOf(unit)) files.push_back(std::move(dropIn));
+  return files;
+}
+
+UnitCommands UnitSearch::CommandsIn(const std::vector<std::string>& files) {
+  UnitCommands commands;
+  for (const std::string& path : files) {
+    const auto file = Read(path);
     if (file) commands.Apply(*file);
   }
   return commands;
 }
 
-std::string UnitSearch::CommandOf(std::string_view name, const std::string& otherFragment) {
+UnitSearch::Start UnitSearch::StartOf(std::string_view name, const std::string& otherFragment) {
   const UnitName unit = UnitName::Parse(name);
-  const UnitCommands commands = CommandsOf(unit, otherFragment);
+  Start start{.command = {}, .files = FilesOf(unit, otherFragment)};
+  const UnitCommands commands = CommandsIn(start.files);
   const bool activates = unit.type == "timer" || unit.type == "path" || unit.type == "socket";
-  if (!activates) return commands.Command(unit, meanings_);
+  if (!activates) {
+    start.command = commands.Command(unit, meanings_);
+    return start;
+  }
   // What is started then is another unit, which has the same name unless it is told.
   UnitName started = UnitName::Parse(commands.Activated(unit, meanings_));
   if (!started.IsValid()) {
@@ -163,8 +172,10 @@ std::string UnitSearch::CommandOf(std::string_view name, const std::string& othe
     if (FragmentOf(started).empty()) started.hasInstance = true;
   }
   started = UnitName::Parse(WithoutAliases(started.Text()));
-  if (StateOf(started.Text()) == State::Masked) return {};
-  return CommandsOf(started, {}).Command(started, meanings_);
+  if (StateOf(started.Text()) != State::Masked) {
+    start.command = CommandsIn(FilesOf(started, {})).Command(started, meanings_);
+  }
+  return start;
 }
 
 }  // namespace tallowin::platform::linux_host

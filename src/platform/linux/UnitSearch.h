@@ -40,7 +40,11 @@ class UnitSearch {
 
   /// What the unit runs, or for a timer, path or socket what it starts. `otherFragment` is read
   /// where no folder has a file for the unit.
-  [[nodiscard]] std::string CommandOf(std::string_view unit, const std::string& otherFragment = {});
+  struct Start {
+    std::string command;
+    std::vector<std::string> files;  ///< of the unit itself: its own, if it has one, and drop-ins
+  };
+  [[nodiscard]] Start StartOf(std::string_view unit, const std::string& otherFragment = {});
 
   /// True if files could not be read since BeginLook because the system was short of something.
   [[nodiscard]] bool WasShort() const { return short_; }
@@ -51,7 +55,9 @@ class UnitSearch {
   [[nodiscard]] bool IsPlace(const std::filesystem::path& folder) const;
   [[nodiscard]] std::string AliasTarget(const UnitName& unit) const;
   [[nodiscard]] std::map<std::string, std::string> DropInsOf(const UnitName& unit);
-  [[nodiscard]] UnitCommands CommandsOf(const UnitName& unit, const std::string& otherFragment);
+  [[nodiscard]] std::vector<std::string> FilesOf(const UnitName& unit,
+                                                 const std::string& otherFragment);
+  [[nodiscard]] UnitCommands CommandsIn(const std::vector<std::string>& files);
   [[nodiscard]] std::shared_ptr<const UnitFile> Read(const std::string& path);
 
   const std::vector<UnitFolder>& places_;

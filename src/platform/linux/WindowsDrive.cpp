@@ -1,5 +1,6 @@
 #include "platform/linux/WindowsDrive.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <vector>
@@ -26,16 +27,12 @@ std::string MatchInFolder(const std::string& folder, std::string_view name) {
   return best.empty() ? std::string(name) : best;
 }
 
-std::size_t CountBelow(const std::string& root, const std::vector<std::string_view>& components) {
-  const std::vector<std::string_view> rootComponents = Parts(root, '/');
-  if (components.size() < rootComponents.size()) return std::string_view::npos;
-  for (std::size_t i = 0; i < rootComponents.size(); ++i) {
-    if (components[i] != rootComponents[i] &&
-        CaseFolded(components[i]) != CaseFolded(rootComponents[i])) {
-      return std::string_view::npos;
-    }
+/// Whether both go the same way, but for case, as far as the shorter of them goes.
+bool SameWay(const std::vector<std::string_view>& one, const std::vector<std::string_view>& other) {
+  for (std::size_t i = 0; i < std::min(one.size(), other.size()); ++i) {
+    if (one[i] != other[i] && CaseFolded(one[i]) != CaseFolded(other[i])) return false;
   }
-  return components.size() - rootComponents.size();
+  return true;
 }
 
 std::string MadeFolder(std::string folder, bool make) {
@@ -63,17 +60,22 @@ std::string WindowsDrive::SystemFolder() const {
 }
 
 bool WindowsDrive::Holds(std::string_view path) const {
-  return path.starts_with('/') && CountBelow(root_, Parts(path, '/')) != std::string_view::npos;
+  const std::vector<std::string_view> way = Parts(root_, '/');
+  const std::vector<std::string_view> components = Parts(path, '/');
+  return path.starts_with('/') && components.size() >= way.size() && SameWay(way, components);
 }
 
 std::string WindowsDrive::Resolve(std::string_view path) const {
   std::string given(path);
   if (!path.starts_with('/') || NameExists(given)) return given;
   const std::vector<std::string_view> components = Parts(path, '/');
-  const std::size_t below = CountBelow(root_, components);
-  if (below == std::string_view::npos) return given;
-  std::string resolved = root_;
-  for (std::size_t i = components.size() - below; i < components.size(); ++i) {
+  const std::vector<std::string_view> way = Parts(root_, '/');
+  if (!SameWay(way, components)) return given;
+  std::string resolved;
+  for (std::size_t i = 0; i < std::min(way.size(), components.size()); ++i) {
+    resolved.append("/").append(way[i]);
+  }
+  for (std::size_t i = way.size(); i < components.size(); ++i) {
     const std::string folder = resolved;
     resolved.append("/").append(components[i]);
     if (NameExists(resolved)) continue;

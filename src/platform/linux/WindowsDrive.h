@@ -22,7 +22,8 @@ class WindowsDrive {
   /// The name that `path` really has, where it lies on the drive: each component is matched exactly
   /// or, failing that, without regard to case; components that do not exist stay as they are. The
   /// path may also spell the way to the drive in another case, since the system keeps paths in
-  /// upper case as a whole. A path off the drive comes back as it is.
+  /// upper case as a whole, and so may the path of a folder on that way. Any other path off the
+  /// drive comes back as it is.
   [[nodiscard]] std::string Resolve(std::string_view path) const;
 
   /// True if `path`, spelt as it may be, lies on the drive.

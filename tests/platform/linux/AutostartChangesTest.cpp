@@ -5,8 +5,10 @@
 
 #include <cstdio>
 #include <functional>
+#include <iterator>
 
 #include "platform/linux/AutostartTest.h"
+#include "platform/linux/CrontabProgram.h"
 
 namespace tallowin::platform::linux_host::test {
 namespace {
@@ -195,6 +197,17 @@ TEST_F(AutostartTest, UsersTableOfCron) {
   Write("/bin/crontab", "#!/bin/sh\n[ \"$1\" = -l ] && exec cat " + top_ + "/tables/me\nexit 1\n");
   EXPECT_EQ(key->DeleteValue(All(*key)[0].first), registry::kAccessDenied);
   EXPECT_EQ(Commands(*key), Strings{"/a \"x y\""});
+}
+
+TEST(CrontabProgram, LeavesNothingOpenWhereThereIsNone) {
+  const auto open = [] {
+    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+  };
+  const auto before = open();
+  std::string table;
+  EXPECT_FALSE(CrontabProgram({"no-such-program"}).List(table));
+  EXPECT_FALSE(CrontabProgram({"no-such-program"}).Install(table));
+  EXPECT_EQ(open(), before);
 }
 
 TEST_F(AutostartTest, UsersTableByTheRealProgram) {

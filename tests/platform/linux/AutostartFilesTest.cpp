@@ -1,8 +1,6 @@
-// What the files of the autostart places mean.
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/AutostartNames.h"
 #include "platform/linux/CronTable.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/UnitFile.h"
@@ -32,18 +30,6 @@ TEST(DesktopEntry, CommandIsWhatWouldRun) {
     EXPECT_EQ(entry.Command(), command);
     EXPECT_TRUE(entry.IsStarted({}, nullptr));
   }
-}
-
-TEST(DesktopEntry, DesktopsDecide) {
-  const auto starts = [](const std::string& line, const std::vector<std::string>& desktops) {
-    return DesktopEntry({.text = "[Desktop Entry]\nExec=a\n" + line}).IsStarted(desktops, nullptr);
-  };
-  EXPECT_FALSE(starts("X-GNOME-Autostart-enabled=false", {"ubuntu", "GNOME"}));
-  EXPECT_TRUE(starts("X-GNOME-Autostart-enabled=true", {"GNOME"}));
-  EXPECT_FALSE(starts("OnlyShowIn=GNOME", {}));
-  EXPECT_TRUE(starts("OnlyShowIn=X ; Gnome", {"ubuntu", "GNOME"}));
-  EXPECT_TRUE(starts("NotShowIn=gnome", {"GNOME"})) << "not every session switches it off";
-  EXPECT_TRUE(starts("NotShowIn=GNOME-Flashback", {"GNOME"}));
 }
 
 /// What one session passes over, another one starts.
@@ -122,25 +108,6 @@ TEST(CronTable, RebootLines) {
   EXPECT_EQ(WithoutLine("a\nbb\nb\nb", "b"), "a\nbb\nb");
   EXPECT_EQ(WithoutLine("a\nb", "b"), "a\n");
   EXPECT_EQ(WithoutLine("a\n", "x"), "a\n");
-}
-
-TEST(AutostartNames, ShortNamesStayApartAndWhole) {
-  UniqueNames names;
-  std::string name;
-  for (int i = 0; i < 200; ++i) name += "\xC3\xB6";
-  const std::string first = names.Make(name);
-  const std::string second = names.Make(name);
-  EXPECT_NE(first, second);
-  for (const std::string& each : {first, second, ShortenedText(name)}) {
-    EXPECT_LE(each.size(), kEnumerableBytes);
-    EXPECT_EQ(Printable(each), each);  // no character was cut in two
-  }
-  EXPECT_EQ(names.Make("Short"), "Short");
-  names.Take("shorT (2)");
-  EXPECT_EQ(names.Make("sHORT"), "sHORT (3)");
-  EXPECT_EQ(names.Make("SHORT"), "SHORT (4)");
-  EXPECT_EQ(Printable("\xC3\xB6\xC2\x85\xE2\x80\xAEx\xE2\x80\xA6"),
-            "\xC3\xB6\\xC2\\x85\\xE2\\x80\\xAEx\xE2\x80\xA6");
 }
 
 }  // namespace

@@ -61,6 +61,7 @@ class AutostartTest : public testing::Test {
             .cronFolder = top_ + "/etc/cron.d",
             .userTables = top_ + "/tables",
             .crontabProgram = crontab_,
+            .own = OwnAutostart::Of(top_ + "/bin"),
             .copies = top_ + "/undone"};
   }
 

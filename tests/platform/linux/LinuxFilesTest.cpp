@@ -1,13 +1,10 @@
-#include "platform/linux/LinuxFiles.h"
-
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <functional>
-
-#include "platform/RunTimeError.h"
 #include "platform/linux/AvailableMemory.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/linux/TemporaryHome.h"
+#include "support/ErrorOf.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -20,19 +17,11 @@ class LinuxFilesTest : public testing::Test {
   WindowsDrive drive_{home_.Folders()};
   LinuxFiles files_{drive_};
 
-  int ErrorOf(const std::function<void()>& operation) {
-    try {
-      operation();
-    } catch (const std::exception& failure) {
-      return AsRunTimeError(failure).Number();
-    }
-    return 0;
-  }
   int ErrorOfRead(const std::string& path) {
-    return ErrorOf([&] { (void)files_.Read(path); });
+    return tallowin::test::ErrorOf([&] { (void)files_.Read(path); });
   }
   int ErrorOfDelete(const std::string& path) {
-    return ErrorOf([&] { files_.Delete(path); });
+    return tallowin::test::ErrorOf([&] { files_.Delete(path); });
   }
 };
 
@@ -52,15 +41,6 @@ TEST_F(LinuxFilesTest, ReadsOrdinaryFilesAndNothingElse) {
   }
   EXPECT_EQ(ErrorOfRead("/dev/zero"), 9);
   EXPECT_EQ(ErrorOfRead(std::string("/bin/sh\0x", 9)), 9);
-}
-
-TEST_F(LinuxFilesTest, AFileBeyondAllMemoryIsAnErrorAndNotTheEnd) {
-  const std::string path = home_.Path() + "/sparse";
-  test::WriteFile(path, "x");
-  std::error_code error;
-  fs::resize_file(path, std::uintmax_t{1} << 42U, error);
-  if (error) GTEST_SKIP() << "no such files on this file system";
-  EXPECT_EQ(ErrorOfRead(path), 7);
 }
 
 TEST_F(LinuxFilesTest, MemoryIsWhatMachineAndControlGroupsLeave) {

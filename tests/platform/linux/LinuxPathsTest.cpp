@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include "platform/RunTimeError.h"
-#include "platform/linux/LinuxSingleInstance.h"
+#include <cctype>
+
 #include "platform/linux/TemporaryHome.h"
+#include "support/ErrorOf.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -41,30 +41,19 @@ class LinuxPathsTest : public testing::Test {
   LinuxFolders folders_ = home_.Folders();
 };
 
-TEST_F(LinuxPathsTest, FoldersFollowTheEnvironment) {
-  const Variable home("HOME", "/home/me/");
-  const Variable data("XDG_DATA_HOME", "relative/path");
-  const Variable config("XDG_CONFIG_HOME", "/etc/mine");
-  const Variable wine("WINEPREFIX", "");
-  const LinuxFolders folders = LinuxFolders::FromEnvironment();
-  EXPECT_EQ(folders.home, "/home/me");
-  EXPECT_EQ(folders.data, "/home/me/.local/share/tallowin");
-  EXPECT_EQ(folders.config, "/etc/mine/tallowin");
-  EXPECT_EQ(folders.winePrefix, "");
-  const std::string executables = fs::read_symlink("/proc/self/exe").parent_path();
-  const bool writable = access(executables.c_str(), W_OK) == 0;
-  EXPECT_EQ(folders.program, writable ? executables : folders.data);
-}
-
-TEST_F(LinuxPathsTest, FirstStartFillsTheProgramsFolder) {
-  fs::create_directories(folders_.installedData + "/help");
+TEST_F(LinuxPathsTest, TheProgramsFolderShowsWhatIsInstalledNow) {
+  fs::create_directories(folders_.installedData + "/tallowinhlp");
   test::WriteFile(folders_.installedData + "/defaults.reg", "new");
-  test::WriteFile(folders_.installedData + "/help/index", "help");
+  test::WriteFile(folders_.installedData + "/hacker.wav", "new");
   fs::create_directories(folders_.data);
   test::WriteFile(folders_.data + "/defaults.reg", "the user's");
+  fs::create_symlink(home_.Path() + "/an older place/hacker.wav", folders_.data + "/hacker.wav");
+  folders_.Prepare();
+  test::WriteFile(folders_.installedData + "/tallowinhlp/index", "of an upgrade");
   folders_.Prepare();
   EXPECT_EQ(test::FileText(folders_.data + "/defaults.reg"), "the user's");
-  EXPECT_EQ(test::FileText(folders_.data + "/help/index"), "help");
+  EXPECT_EQ(test::FileText(folders_.data + "/hacker.wav"), "new");
+  EXPECT_EQ(test::FileText(folders_.data + "/tallowinhlp/index"), "of an upgrade");
   struct stat status = {};
   ASSERT_EQ(stat(folders_.config.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0700U);
@@ -96,6 +85,10 @@ TEST_F(LinuxPathsTest, NamesOnDriveCMatchInAnyCaseExactOnesFirst) {
   EXPECT_EQ(drive.Resolve(root + "/program files/A.txt"), root + "/Program Files/A.TXT");
   EXPECT_EQ(drive.Resolve(root + "/program files/New"), root + "/Program Files/New");
   EXPECT_EQ(drive.Resolve(folders_.data + "/OFF.TXT"), folders_.data + "/OFF.TXT");
+  const std::string wayThere = root.substr(0, root.rfind('/'));
+  std::string inCapitals = wayThere;
+  for (char& c : inCapitals) c = static_cast<char>(std::toupper(c));
+  EXPECT_EQ(drive.Resolve(inCapitals), wayThere);
 
   EXPECT_TRUE(paths.Find(root + "/program FILES/*.tX?"));
   EXPECT_FALSE(paths.Find(root + "/program FILES/?.t"));
@@ -117,12 +110,7 @@ TEST_F(LinuxPathsTest, TempFilesAreNewAndPrivate) {
   struct stat status = {};
   ASSERT_EQ(stat(first.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0600U);
-  try {
-    paths.MakeTempFile(home_.Path() + "/missing", "TW");
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.Number(), 75);
-  }
+  EXPECT_EQ(tallowin::test::ErrorOf([&] { paths.MakeTempFile(home_.Path() + "/none", "TW"); }), 75);
 }
 
 TEST_F(LinuxPathsTest, SearchesFoldersInOrder) {
@@ -142,28 +130,6 @@ TEST_F(LinuxPathsTest, SearchesFoldersInOrder) {
   EXPECT_EQ(paths.SearchPath(first + "/../second/tool.exe"), second + "/tool.exe");
   EXPECT_EQ(paths.SearchPath(second + "/tool.exe /s"), "");
   EXPECT_EQ(paths.SearchPath(""), "");
-}
-
-TEST_F(LinuxPathsTest, FullAndShortPaths) {
-  const WindowsDrive drive(folders_);
-  const LinuxPaths paths(folders_, drive);
-  EXPECT_EQ(paths.FullPath("/a//./b/../c/"), "/a/c");
-  EXPECT_EQ(paths.FullPath("/../.."), "/");
-  EXPECT_EQ(paths.FullPath("x"), (fs::current_path() / "x").string());
-  EXPECT_EQ(paths.ShortPath(home_.Path() + "/./"), home_.Path());
-  EXPECT_EQ(paths.ShortPath(home_.Path() + "/missing"), "");
-}
-
-TEST_F(LinuxPathsTest, OneInstanceUntilItEnds) {
-  LinuxSingleInstance second(home_.Path() + "/lock");
-  {
-    LinuxSingleInstance first(home_.Path() + "/lock");
-    EXPECT_TRUE(first.Claim());
-    EXPECT_TRUE(first.Claim());
-    EXPECT_FALSE(second.Claim());
-  }
-  EXPECT_TRUE(second.Claim());
-  EXPECT_TRUE(LinuxSingleInstance(home_.Path() + "/no/such/folder").Claim());
 }
 
 }  // namespace

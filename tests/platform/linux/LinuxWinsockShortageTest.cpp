@@ -4,7 +4,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <optional>
 
 #include "LinuxWinsockTest.h"
@@ -62,16 +61,6 @@ class NoFreeDescriptors {
   ~NoFreeDescriptors() { lowestForbidden.reset(); }
 };
 
-/// What happens when the descriptor of the only listening socket of the process breaks.
-void BreakListeningDescriptor() {
-  for (int descriptor = 0; descriptor < 1000; ++descriptor) {
-    int listening = 0;
-    socklen_t size = sizeof listening;
-    getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listening, &size);
-    if (listening != 0) shutdown(descriptor, SHUT_RDWR);
-  }
-}
-
 TEST_F(LinuxWinsockShortageTest, WithoutFreeDescriptorsCallersWaitAndTheLoopRests) {
   int requests = 0;
   Listen([&](std::int32_t) { ++requests; });
@@ -109,50 +98,6 @@ TEST_F(LinuxWinsockShortageTest, WithoutFreeDescriptorsTheOldestHeldCallersMakeR
     EXPECT_EQ(clients[i].Over(), given) << i;
     EXPECT_EQ(clients[i].End(), given ? ECONNRESET : TestClient::kOpen) << i;
   }
-}
-
-TEST_F(LinuxWinsockShortageTest, WithoutFreeDescriptorsAndHeldCallersTheOldestFarewellMakesRoom) {
-  int requests = 0;
-  Listen([&](std::int32_t requestID) {
-    ++requests;
-    socket->Accept(requestID);
-    socket->SendData(std::string(5'000'000, 't'));
-    socket->Close();
-  });
-  TestClient deaf(port);
-  ASSERT_TRUE(Until([&] { return requests == 1; }));
-  TestClient next(port);
-  const auto start = std::chrono::steady_clock::now();
-  const NoFreeDescriptors none;
-  ASSERT_TRUE(Until([&] { return requests == 2; }));
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5))
-      << "Not only when the time of the farewell is over.";
-  EXPECT_TRUE(Until([&] { return deaf.Over(); }));
-  EXPECT_EQ(deaf.End(), ECONNRESET);
-}
-
-TEST_F(LinuxWinsockShortageTest, ABrokenListenerIsToldOnceAndListensAgainAfterAClose) {
-  Listen([](std::int32_t) {});
-  TestClient held(port);
-  loop.DoEvents();
-  std::string told;
-  listener->SetEvents({.Error = [&](int number, const std::string& text) {
-    told += std::to_string(number) + " " + text;
-    EXPECT_EQ(listener->LocalPort(), port);
-  }});
-  BreakListeningDescriptor();
-  ASSERT_TRUE(Until([&] { return listener->State() == SocketState::Error; }));
-  for (int i = 0; i < 5; ++i) loop.DoEvents();
-  EXPECT_EQ(told, "10022 Invalid argument");
-  EXPECT_FALSE(held.Over());
-
-  listener->Close();
-  int requests = 0;
-  listener->SetEvents({.ConnectionRequest = [&](std::int32_t) { ++requests; }});
-  listener->Listen();
-  EXPECT_TRUE(held.Over());
-  TestClient next(port);
-  EXPECT_TRUE(Until([&] { return requests == 1; }));
 }
 
 TEST_F(LinuxWinsockShortageTest, ShortageOfMemoryCostsNoConnectionAndNeverEndsTheProgram) {

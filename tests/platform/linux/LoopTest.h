@@ -25,7 +25,6 @@ class LoopTest : public testing::Test {
     return true;
   }
 
-  /// Runs `body` as the one event of a program, to its end.
   void RunProgram(const std::function<void()>& body) {
     loop.Post(body);
     EXPECT_THROW(loop.RunUntil([] { return false; }), ProgramEnded);

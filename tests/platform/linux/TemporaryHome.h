@@ -1,6 +1,9 @@
 // A home of its own for a test of this host, and what such tests do with files.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -30,6 +33,21 @@ inline std::vector<std::string> NamesIn(const std::string& folder) {
   std::sort(names.begin(), names.end());
   return names;
 }
+
+class NoDescriptors {
+ public:
+  NoDescriptors() {
+    (void)getrlimit(RLIMIT_NOFILE, &before_);
+    const rlimit none = {.rlim_cur = 0, .rlim_max = before_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  }
+  ~NoDescriptors() { (void)setrlimit(RLIMIT_NOFILE, &before_); }
+  NoDescriptors(const NoDescriptors&) = delete;
+  NoDescriptors& operator=(const NoDescriptors&) = delete;
+
+ private:
+  rlimit before_ = {};
+};
 
 class TemporaryHome {
  public:
