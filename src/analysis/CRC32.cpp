@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "analysis/HexText.h"
+
 namespace tallowin::analysis {
 namespace {
 
@@ -107,15 +109,6 @@ std::int32_t Crc32OfBytes(std::string_view bytes) {
   return std::bit_cast<std::int32_t>(~crc);
 }
 
-std::string Crc32Text(std::int32_t crc) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  auto value = std::bit_cast<std::uint32_t>(crc);
-  std::string text;
-  do {
-    text.insert(text.begin(), kDigits[value & 0xFU]);
-    value >>= 4U;
-  } while (value != 0);
-  return text;
-}
+std::string Crc32Text(std::int32_t crc) { return HexText(std::bit_cast<std::uint32_t>(crc)); }
 
 }  // namespace tallowin::analysis

@@ -4,16 +4,6 @@
 #include <vector>
 
 namespace tallowin::analysis {
-namespace {
-
-std::string ReplaceAll(std::string text, std::string_view find, std::string_view insert) {
-  for (std::size_t at = 0; (at = text.find(find, at)) != std::string::npos; at += insert.size()) {
-    text.replace(at, find.size(), insert);
-  }
-  return text;
-}
-
-}  // namespace
 
 std::string TrimAtNull(std::string_view text) {
   const std::size_t nul = text.find('\0');
@@ -32,10 +22,17 @@ std::string ModList9x::ProcessPathFromId(std::uint32_t processId) {
   }
   std::string path = modules.empty() ? std::string() : std::move(modules.front().exePath);
   std::string windows = module_.GetWindowsFolder();
-  path = ReplaceAll(std::move(path), "\\SystemRoot\\",
-                    core::AddBackslash(windows, module_.Separator()));
-  path = ReplaceAll(std::move(path), "\\??\\", "");
+  path = core::ReplaceAll(path, "\\SystemRoot\\", core::AddBackslash(windows, module_.Separator()));
+  path = core::ReplaceAll(path, "\\??\\", "");
   return path.empty() ? "Error" : path;
+}
+
+std::string ModList9x::ProgramOf(const platform::ProcessEntry& entry) {
+  return module_.IsWin9x() ? TrimAtNull(entry.exeFile) : ProcessPathFromId(entry.processId);
+}
+
+bool ModList9x::NamesOneFile(const std::string& path) const {
+  return misc_.GetFullPath(path) == path && !misc_.GetShortPath(path).empty();
 }
 
 }  // namespace tallowin::analysis
