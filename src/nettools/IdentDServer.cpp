@@ -1,5 +1,7 @@
 #include "nettools/IdentDServer.h"
 
+#include <utility>
+
 #include "core/ErrorRegimes.h"
 
 namespace tallowin::nettools {
@@ -23,6 +25,7 @@ IdentDServer::IdentDServer(platform::SocketFactory& sockets, core::MainForm& mai
 }
 
 void IdentDServer::IdentDChk_Click() {
+  ++exchange_;
   const bool on = options_.IdentDChk.Value() == forms::CheckBox::Checked;
   core::ResumeOnError statement;
   statement([&] { IdentDSck_->Close(); });
@@ -36,21 +39,31 @@ void IdentDServer::IdentDChk_Click() {
 // that fails must never end the program.
 
 void IdentDServer::ConnectionRequest(std::int32_t requestID) {
+  ++exchange_;
   core::ResumeOnError statement;
   statement([&] { IdentDSck_->Close(); });
-  statement([&] { IdentDSck_->Accept(requestID); });
+  if (!statement([&] { IdentDSck_->Accept(requestID); })) Reopen();
 }
 
 void IdentDServer::DataArrival() {
   core::ResumeOnError statement;
   const std::string query = IdentDSck_->GetData();
+  const auto exchange = exchange_;
+  if (std::exchange(answered_, exchange) == exchange) return;  // only what came first is answered
   statement([&] { loop_.DoEvents(); });
-  statement([&] { IdentDSck_->SendData(query + " : USERID: UNIX: " + options_.IdentDTxt.Text()); });
-  statement([&] { loop_.DoEvents(); });
-  Reopen();
+  // Meanwhile the user may have switched the service, and off must stay off; or the caller has
+  // gone, and the socket serves the next one, who must not get this reply.
+  const auto goesOn = [&] { return exchange == exchange_; };
+  if (goesOn()) {
+    statement(
+        [&] { IdentDSck_->SendData(query + " : USERID: UNIX: " + options_.IdentDTxt.Text()); });
+    statement([&] { loop_.DoEvents(); });
+  }
+  if (goesOn()) Reopen();
 }
 
 void IdentDServer::Reopen() {
+  ++exchange_;
   core::ResumeOnError statement;
   statement([&] { IdentDSck_->Close(); });
   statement([&] { IdentDSck_->Listen(); });

@@ -34,6 +34,10 @@ class IdentDServer {
   core::Options& options_;
   core::StatusLog& log_;
   platform::EventLoop& loop_;
+  /// Another one with each caller, whenever the service listens again, and whenever the user
+  /// switches it.
+  std::uint64_t exchange_ = 0;
+  std::uint64_t answered_ = 0;  ///< the exchange whose query came last
   std::unique_ptr<platform::Winsock> IdentDSck_;
 };
 

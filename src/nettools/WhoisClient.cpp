@@ -13,12 +13,12 @@ constexpr int kHostNotFound = 11001;
 
 WhoisClient::WhoisClient(platform::SocketFactory& sockets, core::MainForm& mainForm,
                          const core::TallowinModule& module, core::StatusLog& log, IcmpTools& icmp,
-                         forms::ItemList& emaillist, int port)
+                         std::function<forms::ItemList&()> emaillist, int port)
     : mainForm_(mainForm),
       module_(module),
       log_(log),
       icmp_(icmp),
-      emaillist_(emaillist),
+      emaillist_(std::move(emaillist)),
       port_(port),
       Winsock4_(
           sockets, [this](int index) { return EventsOf(index); },
@@ -98,7 +98,7 @@ void WhoisClient::Finish(bool served) {
   core::ResumeOnError statement;
   if (served) {
     statement([&] { log_.LogStatus("Whois Results For " + Target() + " Completed\r\n", true); });
-    statement([&] { ExtractWhoisEmails(mainForm_.Status.Text(), emaillist_); });
+    statement([&] { ExtractWhoisEmails(mainForm_.Status.Text(), emaillist_()); });
   } else {
     // Whatever the other servers said, the list keeps what the run before has found.
     statement(

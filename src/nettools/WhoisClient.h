@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "core/MainForm.h"
@@ -15,14 +16,15 @@
 namespace tallowin::nettools {
 
 /// Asks all servers of TallowinModule, one after the other, whatever became of the one before. The
-/// answers go into the log as they come in, and the mail addresses of the log into `emaillist` when
-/// the last server has closed. What is asked about is the text of MainForm.LoggedIPs at the moment
-/// of asking: a caller who comes in meanwhile is who the later servers are asked about.
+/// answers go into the log as they come in, and the mail addresses of the log into the list that
+/// `emaillist` gives when the last server has closed. What is asked about is the text of
+/// MainForm.LoggedIPs at the moment of asking: a caller who comes in meanwhile is who the later
+/// servers are asked about.
 class WhoisClient {
  public:
   WhoisClient(platform::SocketFactory& sockets, core::MainForm& mainForm,
               const core::TallowinModule& module, core::StatusLog& log, IcmpTools& icmp,
-              forms::ItemList& emaillist, int port);
+              std::function<forms::ItemList&()> emaillist, int port);
   WhoisClient(const WhoisClient&) = delete;
   WhoisClient& operator=(const WhoisClient&) = delete;
 
@@ -50,7 +52,7 @@ class WhoisClient {
   const core::TallowinModule& module_;
   core::StatusLog& log_;
   IcmpTools& icmp_;
-  forms::ItemList& emaillist_;
+  std::function<forms::ItemList&()> emaillist_;
   int port_;
   std::int16_t WhoisLastIndex_ = 0;
   core::SocketArray Winsock4_;
