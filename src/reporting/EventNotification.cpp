@@ -2,6 +2,7 @@
 
 #include "core/Endpoints.h"
 #include "core/LineRoutines.h"
+#include "forms/PlainText.h"
 
 namespace tallowin::reporting {
 
@@ -9,6 +10,16 @@ namespace {
 
 constexpr std::size_t kLinesInMail = 20;
 constexpr const char* kLineEnd = "\r\n";
+
+/// Plain text with the line ends of the log.
+std::string MailableText(std::string_view message) {
+  std::string text;
+  for (const char c : forms::PlainText(message)) {
+    if (c == '\n') text += '\r';
+    text += c;
+  }
+  return text;
+}
 
 }  // namespace
 
@@ -34,11 +45,12 @@ void EventNotification::SendNotification(const std::string& message) {
 }
 
 void EventNotification::SendTo(const std::string& recipient, const std::string& message) {
+  // What callers have sent stands in the log as it came; a mail carries it as plain text.
   mail_.Send(mainForm_.Name(), {.szDomainName = options_.SMTPTxt.Text(),
                                 .szFrom = core::endpoints::kNotificationSender,
                                 .szTo = recipient,
                                 .szSubject = "Tallowin Event Notification",
-                                .szMessage = message});
+                                .szMessage = MailableText(message)});
 }
 
 }  // namespace tallowin::reporting

@@ -17,10 +17,7 @@ class Mail {
 
   /// Sends in a bracket of its own; the program stands still until that is over. Then events run
   /// once, before the outcome is logged. `form` is the name of the form that sends.
-  ///
-  /// What callers have sent stands in the log as it came, and with it in the message: a mail
-  /// carries it as plain text.
-  void Send(std::string_view form, platform::SmtpMail mail);
+  void Send(std::string_view form, const platform::SmtpMail& mail);
 
  private:
   void Report(std::int16_t status);
