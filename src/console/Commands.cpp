@@ -37,6 +37,10 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
+std::string BehindModal(const forms::Form& modal) {
+  return modal.Name() + " is open, and nothing else can be used until it is closed";
+}
+
 }  // namespace
 
 const Commands::Command Commands::kCommands[] = {
@@ -48,7 +52,10 @@ const Commands::Command Commands::kCommands[] = {
      &Commands::Set},
     {"click", "FORM.CONTROL [KEY]", "press a button, by its KEY on a tool bar; choose a menu item",
      &Commands::Click},
+    {"click", "tray double|right", "the icon: bring the window back; list the services menu",
+     &Commands::Click},
     {"select", "FORM.CONTROL N", "choose entry N of a list, counted from 0", &Commands::Select},
+    {"close", "FORM", "the close box of its window", &Commands::Close},
     {"quit", "", "end the program, once the commands before it are done", &Commands::Quit},
 };
 
@@ -104,7 +111,7 @@ std::string Commands::Get(std::string_view arguments) {
 std::string Commands::Set(std::string_view arguments) {
   arguments.remove_prefix(arguments.find_first_not_of(' '));
   const auto name = TakeWord(arguments);
-  const auto [control, failure] = FindControl(name);
+  const auto [control, failure] = FindControlToUse(name);
   if (control == nullptr) return Error(failure);
   const auto value = Unescape(arguments);
   if (!value) {
@@ -116,7 +123,8 @@ std::string Commands::Set(std::string_view arguments) {
 std::string Commands::Click(std::string_view arguments) {
   arguments = Trimmed(arguments);
   const auto name = TakeWord(arguments);
-  const auto [control, failure] = FindControl(name);
+  if (name == "tray") return Outcome(ClickOnTray(forms_.TaskBar(), Trimmed(arguments)));
+  const auto [control, failure] = FindControlToUse(name);
   return control == nullptr ? Error(failure)
                             : Outcome(console::Click(*control, Trimmed(arguments)));
 }
@@ -124,7 +132,7 @@ std::string Commands::Click(std::string_view arguments) {
 std::string Commands::Select(std::string_view arguments) {
   arguments = Trimmed(arguments);
   const auto name = TakeWord(arguments);
-  const auto [control, failure] = FindControl(name);
+  const auto [control, failure] = FindControlToUse(name);
   if (control == nullptr) return Error(failure);
   const auto number = Trimmed(arguments);
   std::size_t index = 0;
@@ -136,13 +144,23 @@ std::string Commands::Select(std::string_view arguments) {
   return Outcome(console::Select(*control, index));
 }
 
+std::string Commands::Close(std::string_view arguments) {
+  const auto [form, failure] = FindForm(Trimmed(arguments));
+  if (form == nullptr) return Error(failure);
+  if (!form->Visible()) return Error(form->Name() + " is not open");
+  const auto* modal = forms_.OpenModal();
+  if (modal != nullptr && modal != form) return Error(BehindModal(*modal));
+  form->PressCloseBox();
+  return {};
+}
+
 std::string Commands::Quit(std::string_view /*arguments*/) {
   quit_();
   return {};
 }
 
 Commands::FoundForm Commands::FindForm(std::string_view name) const {
-  if (const auto* form = forms_.Find(name)) return {form, {}};
+  if (auto* form = forms_.Find(name)) return {form, {}};
   std::string failure = "there is no form " + Quoted(name) + "; the forms are";
   for (const auto* form : forms_.All()) failure += " " + form->Name();
   return {nullptr, failure};
@@ -159,6 +177,15 @@ Commands::FoundControl Commands::FindControl(std::string_view name) const {
   if (auto* control = form->Find(controlName)) return {control, {}};
   return {nullptr, form->Name() + " has no control " + Quoted(controlName) + "; \"show " +
                        form->Name() + "\" lists them"};
+}
+
+Commands::FoundControl Commands::FindControlToUse(std::string_view name) const {
+  auto found = FindControl(name);
+  const auto* modal = forms_.OpenModal();
+  if (modal == nullptr || modal->Find(name.substr(name.find('.') + 1)) == found.control) {
+    return found;
+  }
+  return {nullptr, BehindModal(*modal)};
 }
 
 }  // namespace tallowin::console

@@ -34,10 +34,11 @@ class Commands {
   std::string Set(std::string_view arguments);
   std::string Click(std::string_view arguments);
   std::string Select(std::string_view arguments);
+  std::string Close(std::string_view arguments);
   std::string Quit(std::string_view arguments);
 
   struct FoundForm {
-    const forms::Form* form;
+    forms::Form* form;
     std::string failure;
   };
   struct FoundControl {
@@ -47,6 +48,8 @@ class Commands {
   [[nodiscard]] FoundForm FindForm(std::string_view name) const;
   /// By FORM.CONTROL.
   [[nodiscard]] FoundControl FindControl(std::string_view name) const;
+  /// The same for one that the user is to act on: a modal form keeps others away.
+  [[nodiscard]] FoundControl FindControlToUse(std::string_view name) const;
 
   const forms::Forms& forms_;
   std::function<void()> quit_;

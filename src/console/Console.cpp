@@ -15,7 +15,7 @@ void Console::Attach(const forms::Forms& forms, forms::TextBox& status,
   commands_.emplace(forms, std::move(quit));
   observation_ =
       status.Observe([this, &status](const auto& change) { PrintStatus(status, change); });
-  reader_.Start();
+  reader_.Start(forms);
 }
 
 void Console::PrintStatus(const forms::TextBox& status, const forms::Change& change) {

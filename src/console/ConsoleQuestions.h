@@ -1,4 +1,5 @@
-// Message boxes in a terminal: printed as a block, answered by the next input line.
+// Message boxes, input boxes and file dialogs in a terminal: printed as a block, answered by the
+// next input line.
 #pragma once
 
 #include <functional>
@@ -21,6 +22,12 @@ class ConsoleQuestions : public forms::Questions {
 
   forms::Answer MsgBox(const std::string& text, forms::MessageBoxStyle style,
                        const std::string& title) override;
+  std::string InputBox(const std::string& prompt, const std::string& title) override;
+  std::string OpenFileName(const std::string& title) override;
+
+  /// Prints the items, each as `click` takes it and `show` tells it. There is nothing to wait for:
+  /// any of them can be chosen at any time.
+  void PopupMenu(forms::Form& form, forms::MenuItem& menu) override;
 
   [[nodiscard]] bool IsOpen() const { return !open_.empty(); }
 
@@ -35,12 +42,18 @@ class ConsoleQuestions : public forms::Questions {
   std::function<void()> OnAsked;
 
  private:
+  enum class Kind { Ok, YesNo, Text, File };
   struct Question {
     std::string block;
-    bool yesNo;
-    std::optional<forms::Answer> answer = {};
+    Kind kind;
+    /// "ok", "yes", "no" or the text.
+    std::optional<std::string> answer = {};
   };
-  void Give(forms::Answer answer);
+  static std::string_view PossibleAnswers(Kind kind);
+  static std::string AnswerOfNobody(Kind kind);
+  static std::optional<std::string> ParseAnswer(std::string_view line, Kind kind);
+  std::string Ask(const std::string& title, const std::string& text, Kind kind);
+  void Give(std::string answer);
 
   platform::Terminal& terminal_;
   platform::EventLoop& loop_;

@@ -2,6 +2,7 @@
 
 #include "console/Escapes.h"
 #include "forms/Controls.h"
+#include "forms/ListView.h"
 
 namespace tallowin::console {
 
@@ -50,6 +51,16 @@ std::string ClickOn(forms::ToolBar& bar, std::string_view key) {
   return failure;
 }
 
+std::string SelectIn(const forms::Control& list, std::size_t count, std::size_t index,
+                     const std::function<void()>& select) {
+  if (count == 0) return list.Name() + " has no entries";
+  if (index >= count) {
+    return list.Name() + " has the entries 0 to " + std::to_string(count - 1);
+  }
+  select();
+  return {};
+}
+
 }  // namespace
 
 std::string SetValue(forms::Control& control, const std::string& value) {
@@ -72,6 +83,11 @@ std::string Click(forms::Control& control, std::string_view key) {
     button->Click();
     return {};
   }
+  auto* label = dynamic_cast<forms::Label*>(&control);
+  if (label != nullptr && label->OnClick) {
+    label->Click();
+    return {};
+  }
   auto* item = dynamic_cast<forms::MenuItem*>(&control);
   if (item == nullptr)
     return WrongKind(control, "a Button, a MenuItem or a button of a ToolBar can be clicked");
@@ -80,16 +96,30 @@ std::string Click(forms::Control& control, std::string_view key) {
   return {};
 }
 
+std::string ClickOnTray(forms::TaskBar& taskBar, std::string_view action) {
+  const bool doubleClick = action == "double";
+  if (!doubleClick && action != "right") return "tray takes double or right";
+  if (!taskBar.Icon()) return "there is no icon in the tray";
+  taskBar.Mouse(doubleClick ? forms::mouse::kLeftDoubleClick : forms::mouse::kRightButtonUp);
+  return {};
+}
+
 std::string Select(forms::Control& control, std::size_t index) {
   if (!control.Usable()) return WhyUnusable(control);
-  auto* box = dynamic_cast<forms::ComboBox*>(&control);
-  if (box == nullptr) return WrongKind(control, "an entry of a ComboBox can be selected");
-  if (box->ListCount() == 0) return box->Name() + " has no entries";
-  if (index >= box->ListCount()) {
-    return box->Name() + " has the entries 0 to " + std::to_string(box->ListCount() - 1);
+  if (auto* box = dynamic_cast<forms::ComboBox*>(&control)) {
+    return SelectIn(*box, box->ListCount(), index, [&] { box->Select(index); });
   }
-  box->Select(index);
-  return {};
+  if (auto* box = dynamic_cast<forms::ListBox*>(&control)) {
+    return SelectIn(*box, box->ListCount(), index, [&] { box->Select(index); });
+  }
+  if (auto* list = dynamic_cast<forms::ListView*>(&control)) {
+    return SelectIn(*list, list->RowCount(), index, [&] { list->Select(index); });
+  }
+  if (auto* tabs = dynamic_cast<forms::SSTab*>(&control)) {
+    return SelectIn(*tabs, tabs->Captions().size(), index, [&] { tabs->SetTab(index); });
+  }
+  return WrongKind(control,
+                   "an entry of a ComboBox, a ListBox, a ListView or an SSTab can be selected");
 }
 
 }  // namespace tallowin::console

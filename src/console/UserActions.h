@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "forms/Control.h"
+#include "forms/TaskBar.h"
 
 namespace tallowin::console {
 
@@ -19,6 +20,10 @@ namespace tallowin::console {
 /// Presses a button or chooses a menu item; `key` names the button of a tool bar, and is empty for
 /// anything else.
 [[nodiscard]] std::string Click(forms::Control& control, std::string_view key = {});
+
+/// Clicks on the program's icon: "double" with the left button, or "right". No form keeps a user
+/// from it.
+[[nodiscard]] std::string ClickOnTray(forms::TaskBar& taskBar, std::string_view action);
 
 /// Picks the entry of a list that is counted from 0.
 [[nodiscard]] std::string Select(forms::Control& control, std::size_t index);

@@ -1,6 +1,7 @@
 // What every control has: a name, a caption, a state, and observers.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <list>
 #include <memory>
@@ -25,15 +26,19 @@ enum class Property {
   Value,         ///< a check box's value, a menu item's tick
   AddedItem,     ///< Change::addition was added to the end of the list
   Items,         ///< the list changed in another way
+  Row,           ///< the texts of row Change::row changed
+  Columns,       ///< a column was added
   SelStart,
   Focus,  ///< the control asks for the keyboard
   WindowState,
   TopMost,
+  MousePointer,
 };
 
 struct Change {
   Property property;
   std::string_view addition = {};
+  std::size_t row = 0;
 };
 
 using Observer = std::function<void(const Change&)>;

@@ -16,7 +16,22 @@ platform::RunTimeError InvalidArrayIndex() {
   return {platform::error::kInvalidArrayIndex, "Invalid property array index"};
 }
 
+platform::RunTimeError InvalidPropertyValue() {
+  return {platform::error::kInvalidPropertyValue, "Invalid property value"};
+}
+
 }  // namespace
+
+void Label::Click() { Run(OnClick); }
+
+void PictureBox::MouseMove(float x) {
+  if (OnMouseMove) OnMouseMove(x);
+}
+
+void SSTab::SetTab(std::size_t tab) {
+  if (tab >= captions_.size()) throw InvalidPropertyValue();
+  Assign(tab_, tab, Property::Value);
+}
 
 void Button::Click() { Run(OnClick); }
 
@@ -29,7 +44,9 @@ TextBox::TextBox(Place place, std::string name, Traits traits)
       capacity_(traits.capacity) {}
 
 void TextBox::SetText(std::string text) {
-  if (Assign(text_, std::move(text), Property::Text)) Run(OnChange);
+  if (!Assign(text_, std::move(text), Property::Text)) return;
+  text_.shrink_to_fit();  // a short text would go on in the memory of a long one, such as a log
+  Run(OnChange);
 }
 
 void TextBox::AppendText(std::string_view addition) {
@@ -46,9 +63,7 @@ void TextBox::AppendText(std::string_view addition) {
 }
 
 void CheckBox::SetValue(int value) {
-  if (value < Unchecked || value > Greyed) {
-    throw platform::RunTimeError(platform::error::kInvalidPropertyValue, "Invalid property value");
-  }
+  if (value < Unchecked || value > Greyed) throw InvalidPropertyValue();
   if (Assign(value_, value, Property::Value)) Run(OnClick);
 }
 
@@ -65,13 +80,17 @@ void ItemList::AddItem(std::string item) {
 }
 
 void ItemList::Keep(const std::vector<bool>& keep) {
+  ForgetPlaces();
   std::size_t index = 0;
   const auto removed =
       std::erase_if(items_, [&](const auto& /*item*/) { return !keep.at(index++); });
   if (removed > 0) Notify({Property::Items});
 }
 
-void ItemList::Clear() { Assign(items_, {}, Property::Items); }
+void ItemList::Clear() {
+  ForgetPlaces();
+  Assign(items_, {}, Property::Items);
+}
 
 void ComboBox::SetText(std::string text) {
   if (Assign(text_, std::move(text), Property::Text)) Run(OnChange);
@@ -79,6 +98,25 @@ void ComboBox::SetText(std::string text) {
 
 void ComboBox::Select(std::size_t index) {
   SetText(List(index));
+  Run(OnClick);
+}
+
+void ListBox::ForgetPlaces() {
+  listIndex_.reset();
+  selected_.clear();
+}
+
+void ListBox::Select(const std::vector<std::size_t>& indices) {
+  if (indices.empty()) return;
+  for (const std::size_t index : indices) (void)List(index);
+  std::set<std::size_t> selected;
+  if (TakesSeveral()) selected = selected_;
+  for (const std::size_t index : indices) {
+    if (!TakesSeveral()) selected.clear();
+    if (!selected.insert(index).second) selected.erase(index);
+  }
+  listIndex_ = indices.back();
+  Assign(selected_, std::move(selected), Property::Value);
   Run(OnClick);
 }
 

@@ -4,17 +4,24 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
+#include <optional>
+#include <set>
+#include <vector>
 
 #include "forms/Control.h"
 
 namespace tallowin::forms {
 
-/// A fixed text: its caption.
+/// A fixed text: its caption. Some can be clicked, as links are.
 class Label : public Control {
  public:
   Label(Place place, std::string name, std::string caption)
       : Control(place, std::move(name), std::move(caption)) {}
   [[nodiscard]] std::string_view Kind() const override { return "Label"; }
+
+  void Click();
+  /// Empty where a click does nothing.
+  std::function<void()> OnClick;
 };
 
 /// A captioned group that holds other controls.
@@ -23,6 +30,45 @@ class Frame : public Control {
   Frame(Place place, std::string name, std::string caption)
       : Control(place, std::move(name), std::move(caption)) {}
   [[nodiscard]] std::string_view Kind() const override { return "Frame"; }
+};
+
+/// Shows one of the pictures that the front end knows by their keys.
+class PictureBox : public Control {
+ public:
+  PictureBox(Place place, std::string name) : Control(place, std::move(name), std::string()) {}
+  [[nodiscard]] std::string_view Kind() const override { return "PictureBox"; }
+  [[nodiscard]] std::string ValueText() const override { return picture_; }
+
+  /// Empty: no picture.
+  [[nodiscard]] const std::string& Picture() const { return picture_; }
+  void SetPicture(std::string key) { Assign(picture_, std::move(key), Property::Value); }
+
+  /// In twips. For what is no mouse at all, see TaskBar::Mouse.
+  void MouseMove(float x);
+  std::function<void(float x)> OnMouseMove;
+
+ private:
+  std::string picture_;
+};
+
+/// Pages that lie on each other, of which one is on top. Controls of all pages can be reached at
+/// any time; which page holds what is up to the front end.
+class SSTab : public Control {
+ public:
+  SSTab(Place place, std::string name, std::vector<std::string> captions)
+      : Control(place, std::move(name), std::string()), captions_(std::move(captions)) {}
+  [[nodiscard]] std::string_view Kind() const override { return "SSTab"; }
+  [[nodiscard]] std::string ValueText() const override { return std::to_string(tab_); }
+
+  [[nodiscard]] const std::vector<std::string>& Captions() const { return captions_; }
+  /// Of the page on top, counted from 0.
+  [[nodiscard]] std::size_t Tab() const { return tab_; }
+  /// Throws 380 if there is no such page.
+  void SetTab(std::size_t tab);
+
+ private:
+  std::vector<std::string> captions_;
+  std::size_t tab_ = 0;
 };
 
 class Button : public Control {
@@ -112,6 +158,8 @@ class ItemList : public Control {
 
  protected:
   using Control::Control;
+  /// Items are about to go: what was said about the places of the list holds no more.
+  virtual void ForgetPlaces() {}
 
  private:
   std::vector<std::string> items_;
@@ -138,11 +186,34 @@ class ComboBox : public ItemList {
   std::string text_;
 };
 
-/// A list that shows its entries.
+/// A list that shows its entries. Each new list of entries starts with none selected.
 class ListBox : public ItemList {
  public:
-  ListBox(Place place, std::string name) : ItemList(place, std::move(name), std::string()) {}
+  enum class Selection { One, Several };
+
+  ListBox(Place place, std::string name, Selection selection = Selection::One)
+      : ItemList(place, std::move(name), std::string()), selection_(selection) {}
   [[nodiscard]] std::string_view Kind() const override { return "ListBox"; }
+
+  [[nodiscard]] bool TakesSeveral() const { return selection_ == Selection::Several; }
+  /// The entry chosen last. Nothing while none was.
+  [[nodiscard]] std::optional<std::size_t> ListIndex() const { return listIndex_; }
+  /// False for an index outside the list.
+  [[nodiscard]] bool Selected(std::size_t index) const { return selected_.contains(index); }
+
+  /// By the user or by code: the entry is selected, in a list that takes several a selected one is
+  /// not any more, and OnClick runs. Throws 381 for an index outside the list.
+  void Select(std::size_t index) { Select(std::vector{index}); }
+  /// The same for all of them in one step, with one OnClick. Throws 381 before any is selected.
+  void Select(const std::vector<std::size_t>& indices);
+
+  std::function<void()> OnClick;
+
+ private:
+  void ForgetPlaces() override;
+  Selection selection_;
+  std::optional<std::size_t> listIndex_;
+  std::set<std::size_t> selected_;
 };
 
 struct ToolBarButton {

@@ -2,12 +2,19 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "forms/Control.h"
+#include "forms/TaskBar.h"
+#include "platform/EventLoop.h"
 
 namespace tallowin::forms {
 
+enum class MousePointer { Normal = 0, Hourglass = 11 };
+
 enum class WindowState { Normal = 0, Minimised = 1, Maximised = 2 };
+
+class MenuItem;
 
 class Form : public Control {
  public:
@@ -21,10 +28,17 @@ class Form : public Control {
   [[nodiscard]] const std::vector<Control*>& Controls() const { return controls_; }
   /// Null if there is none. The case of the name counts.
   [[nodiscard]] Control* Find(std::string_view name) const;
+  /// The items of a menu; for null, the menus of the bar.
+  [[nodiscard]] std::vector<MenuItem*> ItemsOf(const Control* menu) const;
 
   /// Modeless. Showing a form that is visible brings it to the front again.
   void Show();
   void Hide() { SetVisible(false); }
+  /// Shows the form and delivers events until it is hidden. The user can act on no other form
+  /// meanwhile; front ends see to that. Throws 400 if the form is on show already.
+  void ShowModal(platform::EventLoop& loop);
+  /// True while the form is on show by ShowModal.
+  [[nodiscard]] bool Modal() const { return modal_; }
   /// Runs OnActivate where the form was hidden.
   void SetVisible(bool visible) override;
 
@@ -35,6 +49,12 @@ class Form : public Control {
   /// Above all other windows.
   [[nodiscard]] bool TopMost() const { return topMost_; }
   void SetTopMost(bool topMost) { Assign(topMost_, topMost, Property::TopMost); }
+
+  /// What the pointer looks like over the whole form.
+  [[nodiscard]] forms::MousePointer MousePointer() const { return mousePointer_; }
+  void SetMousePointer(forms::MousePointer pointer) {
+    Assign(mousePointer_, pointer, Property::MousePointer);
+  }
 
   /// In twips, 1440 to the inch; 0 leaves it to the front end.
   [[nodiscard]] int Height() const { return heightInTwips_; }
@@ -57,6 +77,8 @@ class Form : public Control {
   std::vector<Control*> controls_;
   WindowState state_ = WindowState::Normal;
   bool topMost_ = false;
+  bool modal_ = false;
+  forms::MousePointer mousePointer_ = forms::MousePointer::Normal;
   int heightInTwips_ = 0;
 };
 
@@ -67,9 +89,15 @@ class Forms {
   [[nodiscard]] const std::vector<Form*>& All() const { return forms_; }
   /// Null if there is none. The case of the name counts.
   [[nodiscard]] Form* Find(std::string_view name) const;
+  /// The form that keeps the user from all others. Null if there is none.
+  [[nodiscard]] const Form* OpenModal() const;
+
+  /// Of the program whose forms these are.
+  [[nodiscard]] forms::TaskBar& TaskBar() const { return *taskBar_; }
 
  private:
   std::vector<Form*> forms_;
+  std::unique_ptr<forms::TaskBar> taskBar_ = std::make_unique<forms::TaskBar>();
 };
 
 }  // namespace tallowin::forms

@@ -4,6 +4,7 @@
 
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "forms/PlainText.h"
 #include "platform/RunTimeError.h"
 
 namespace tallowin::forms {
@@ -79,6 +80,9 @@ TEST(Control, TextGrowsByTheAdditionAlone) {
   EXPECT_EQ(form.text.Text(), std::string("one\0two", 7));
   EXPECT_EQ(seen, form.text.Text());
   EXPECT_EQ(changes, 2);
+  form.text.SetText(std::string(1000, 'x'));
+  form.text.SetText("");
+  EXPECT_LT(form.text.Text().capacity(), 1000U) << "it gives its memory back";
 }
 
 TEST(Control, ABoundedTextKeepsItsNewestPart) {
@@ -93,30 +97,45 @@ TEST(Control, ABoundedTextKeepsItsNewestPart) {
   EXPECT_EQ(text.Text(), "r than all");
 }
 
-TEST(Control, ListsAndFormStates) {
+TEST(Control, AFormTellsEachChangeOfItsStateOnce) {
   SmallForm form;
-  form.list.AddItem("a");
-  form.list.AddItem("b");
-  form.list.Select(1);
-  EXPECT_EQ(form.list.Text(), "b");
-  EXPECT_THROW(form.list.Select(2), platform::RunTimeError);
-  form.list.Keep({false, true});
-  EXPECT_EQ(form.list.List(0), "b");
-
   int resized = 0;
   form.OnResize = [&] { ++resized; };
-  form.SetState(WindowState::Minimised);
-  form.SetState(WindowState::Minimised);
+  for (int i = 0; i < 2; ++i) form.SetState(WindowState::Minimised);
   EXPECT_EQ(resized, 1);
   int activated = 0;
   form.OnActivate = [&] { activated += form.Visible() ? 1 : 0; };
-  form.Show();
-  form.Show();
+  for (int i = 0; i < 2; ++i) form.Show();
   EXPECT_EQ(activated, 1);
   form.PressCloseBox();
   EXPECT_FALSE(form.Visible());
-  static_cast<Control&>(form).SetVisible(true);
-  EXPECT_EQ(activated, 2);
+}
+
+TEST(PlainText, NothingThatComesOutSteersADisplay) {
+  struct Case {
+    std::string bytes, shown;
+  };
+  const Case cases[] = {
+      {"plain \xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80\t<b>",
+       "plain \xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80\t<b>"},
+      {"a\r\nb\nc\rd", "a\nb\nc\nd"},
+      {std::string("\0\x1b[2J\x7f", 6), "\\x00\\x1b[2J\\x7f"},
+      {"\xc2\x9b"
+       "31m",
+       "\\xc2\\x9b"
+       "31m"},  // the one-character form of ESC [
+      {"\xe2\x80\xae"
+       "gpj.exe",
+       "\\xe2\\x80\\xae"
+       "gpj.exe"},  // right-to-left override
+      {"\xd8\x9c\xef\xb8\x8f",
+       "\\xd8\\x9c\\xef\\xb8\\x8f"},                   // a direction mark, a variation selector
+      {"\xf3\xa0\x81\x81", "\\xf3\\xa0\\x81\\x81"},    // an invisible tag character
+      {"\xff\xc3(\xe2\x82", "\\xff\\xc3(\\xe2\\x82"},  // cut and misplaced bytes
+      {"\xc0\xaf\xed\xa0\x80", "\\xc0\\xaf\\xed\\xa0\\x80"},  // overlong form, surrogate
+      {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},           // beyond the last character
+  };
+  for (const auto& one : cases) EXPECT_EQ(PlainText(one.bytes), one.shown);
 }
 
 }  // namespace
