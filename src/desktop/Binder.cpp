@@ -5,12 +5,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QPixmap>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QTabWidget>
 #include <algorithm>
 #include <limits>
 
 #include "desktop/ItemListModel.h"
+#include "desktop/TableView.h"
 #include "desktop/Text.h"
 #include "desktop/TextView.h"
 #include "desktop/ToolBarView.h"
@@ -32,11 +35,15 @@ bool Concerns(const Change& change, Property property) {
   return change.property == property || change.property == Property::Everything;
 }
 
-/// Leaves the cursor alone where the widget shows the text already, because it was typed there.
+/// Leaves the cursor alone where the widget shows the text already, because it was typed there:
+/// perhaps with characters that would show as their bytes.
 void ShowText(const std::string& text, QLineEdit& edit) {
+  if (FromQString(edit.text()) == text) return;
   const QString shown = ToQString(text);
   const QSignalBlocker quiet(edit);
   if (edit.text() != shown) edit.setText(shown);
+  // Of a text that is longer than its box the beginning tells more.
+  if (!edit.hasFocus()) edit.setCursorPosition(0);
 }
 
 }  // namespace
@@ -127,6 +134,34 @@ void Binder::Bind(forms::ToolBar& control, ToolBarView& view) {
   });
   BindCommon(control, view, [&control, &view](const Change& change) {
     if (change.property == Property::Enabled && control.Enabled()) view.GiveKeyboardBack();
+  });
+}
+
+void Binder::Bind(forms::ListView& control, TableView& view) {
+  BindCommon(control, view, [&view](const Change& change) { view.Follow(change); });
+}
+
+void Binder::Bind(forms::SSTab& control, QTabWidget& tabs) {
+  const auto& captions = control.Captions();
+  for (std::size_t page = 0; page < captions.size(); ++page) {
+    tabs.setTabText(static_cast<int>(page), ToQString(captions[page]));
+  }
+  BindCommon(control, tabs, [&control, &tabs](const Change& change) {
+    if (!Concerns(change, Property::Value)) return;
+    const QSignalBlocker quiet(tabs);
+    tabs.setCurrentIndex(static_cast<int>(control.Tab()));
+  });
+  QObject::connect(&tabs, &QTabWidget::currentChanged, &tabs, [this, &control](int page) {
+    Deliver([&control, page] { control.SetTab(static_cast<std::size_t>(page)); });
+  });
+}
+
+void Binder::Bind(forms::PictureBox& control, QLabel& label,
+                  std::function<QPixmap(const std::string& key)> picture) {
+  BindCommon(control, label, [&, picture = std::move(picture)](const Change& change) {
+    if (!Concerns(change, Property::Value)) return;
+    const bool none = control.Picture().empty();
+    label.setPixmap(none ? QPixmap() : picture(control.Picture()));
   });
 }
 

@@ -34,7 +34,7 @@ ChatWindowView::ChatWindowView(portsentry::ChatWindow& form, platform::EventLoop
   layout->addWidget(endChat, 0, Qt::AlignRight);
   Bindings().Bind(form.EndButton, *endChat);
   setCentralWidget(content);
-  resize(kChatSize);
+  ResizeWithinScreen(kChatSize);
   Follow();
 }
 

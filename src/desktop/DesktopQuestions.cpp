@@ -1,13 +1,23 @@
 #include "desktop/DesktopQuestions.h"
 
 #include <QApplication>
+#include <QCursor>
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextDocument>
 #include <QTextOption>
+#include <QVBoxLayout>
 
 #include "desktop/AnswerGuard.h"
 #include "desktop/BoxText.h"
+#include "desktop/MainWindow.h"
+#include "desktop/MenuBinder.h"
 #include "desktop/Text.h"
 
 namespace tallowin::desktop {
@@ -16,6 +26,8 @@ namespace {
 
 using forms::Answer;
 using forms::MessageBoxStyle;
+
+constexpr int kPromptColumns = 60;
 
 QMessageBox::Icon IconOf(MessageBoxStyle style) {
   switch (style) {
@@ -96,6 +108,61 @@ Answer DesktopQuestions::MsgBox(const std::string& text, MessageBoxStyle style,
   sinceWanted_.restart();
   if (!forms::AsksYesNo(style)) return Answer::Ok;
   return box.standardButton(box.clickedButton()) == QMessageBox::Yes ? Answer::Yes : Answer::No;
+}
+
+bool DesktopQuestions::Wait(QDialog& dialog) {
+  bool finished = false;
+  QObject::connect(&dialog, &QDialog::finished, &dialog, [&finished] { finished = true; });
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.show();
+  loop_.RunUntil([&finished] { return finished; });
+  sinceWanted_.restart();
+  return dialog.result() == QDialog::Accepted;
+}
+
+std::string DesktopQuestions::InputBox(const std::string& prompt, const std::string& title) {
+  QDialog dialog(QApplication::activeWindow());
+  dialog.setObjectName("InputBox");
+  dialog.setWindowTitle(ToWindowTitle(title));
+  auto* label = new QLabel(ToQString(prompt), &dialog);
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  auto* edit = new QLineEdit(&dialog);
+  label->setBuddy(edit);
+  edit->setAccessibleName(ToQString(prompt));
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  auto* layout = new QVBoxLayout(&dialog);
+  for (QWidget* part : {static_cast<QWidget*>(label), static_cast<QWidget*>(edit),
+                        static_cast<QWidget*>(buttons)}) {
+    layout->addWidget(part);
+  }
+  dialog.setMinimumWidth(kPromptColumns * dialog.fontMetrics().averageCharWidth());
+  return Wait(dialog) ? FromQString(edit->text()) : std::string();
+}
+
+std::string DesktopQuestions::OpenFileName(const std::string& title) {
+  QFileDialog dialog(QApplication::activeWindow(), ToWindowTitle(title));
+  dialog.setObjectName("OpenFile");
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.setAcceptMode(QFileDialog::AcceptOpen);
+  if (!folderOfFile_.isEmpty()) dialog.setDirectory(folderOfFile_);
+  if (!Wait(dialog) || dialog.selectedFiles().isEmpty()) return {};
+  folderOfFile_ = dialog.directory().absolutePath();
+  return QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString();
+}
+
+void DesktopQuestions::PopupMenu(forms::Form& form, forms::MenuItem& menu) {
+  Binder binder(loop_);
+  QMenu popup;
+  popup.setObjectName(QString::fromStdString(menu.Name()));
+  MenuBinder items(binder, form, MainMenuLooks());
+  items.FillPopup(popup, menu);
+  // The user has just been here: what an item asks is no intrusion.
+  sinceWanted_.restart();
+  popup.popup(QCursor::pos());
+  loop_.RunUntil([&popup] { return !popup.isVisible(); });
 }
 
 }  // namespace tallowin::desktop

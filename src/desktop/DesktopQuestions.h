@@ -1,7 +1,9 @@
-// Questions as message boxes.
+// Questions as message boxes, input boxes and file dialogs.
 #pragma once
 
+#include <QDialog>
 #include <QElapsedTimer>
+#include <QString>
 
 #include "forms/Questions.h"
 #include "platform/EventLoop.h"
@@ -17,14 +19,21 @@ class DesktopQuestions : public forms::Questions {
 
   forms::Answer MsgBox(const std::string& text, forms::MessageBoxStyle style,
                        const std::string& title) override;
+  std::string InputBox(const std::string& prompt, const std::string& title) override;
+  std::string OpenFileName(const std::string& title) override;
+  void PopupMenu(forms::Form& form, forms::MenuItem& menu) override;
 
  private:
+  /// Whether the user accepted.
+  bool Wait(QDialog& dialog);
+
   /// Whether the user is at work elsewhere. Right behind the start of the program or an answer the
   /// box is what the user waits for, though no window of ours need be there.
   [[nodiscard]] bool Intrudes() const;
 
   platform::EventLoop& loop_;
   QElapsedTimer sinceWanted_;
+  QString folderOfFile_;  ///< in which a file was chosen last
 };
 
 }  // namespace tallowin::desktop

@@ -27,6 +27,9 @@ constexpr MenuLook kLooks[] = {
     {.item = "portsntmnu", .isSwitch = true},
     {.item = "ActiveMonMnu", .isSwitch = true},
     {.item = "identmnu", .isSwitch = true},
+    {.item = "timesyncmnu", .isSwitch = true},
+    {.item = "hlpmnu", .icon = "help-contents"},
+    {.item = "aboutmnu", .icon = "help-about"},
     {.item = "clearlog", .icon = "edit-clear"},
     {.item = "savelog", .icon = "document-save"},
     {.item = "Removelogs", .icon = "edit-delete"},
@@ -57,8 +60,11 @@ QWidget* MakeLogo(QWidget* parent) {
 
 }  // namespace
 
-MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop)
-    : FormWindow(form, loop, WhenHidden::WaitMinimised, WhenShown::TakeKeyboard),
+std::span<const MenuLook> MainMenuLooks() { return kLooks; }
+
+MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop, bool hiddenWaitsInTaskList)
+    : FormWindow(form, loop, hiddenWaitsInTaskList ? WhenHidden::WaitMinimised : WhenHidden::Hide,
+                 WhenShown::TakeKeyboard),
       menus_(Bindings(), form, kLooks) {
   menus_.Fill(*menuBar());
   auto* content = new QWidget(this);
@@ -75,8 +81,12 @@ MainWindow::MainWindow(core::MainForm& form, platform::EventLoop& loop)
   Bindings().Bind(form.StatusLabel, *label, *status);
   setCentralWidget(content);
   status->setFocus();
-  resize(kMainSize.width(), std::max(kMainSize.height(), HeightOfForm()));
+  ResizeWithinScreen({kMainSize.width(), std::max(kMainSize.height(), HeightOfForm())});
   Follow();
+}
+
+void MainWindow::SetHiddenWaitsInTaskList(bool waits) {
+  SetWhenHidden(waits ? WhenHidden::WaitMinimised : WhenHidden::Hide);
 }
 
 QWidget* MainWindow::MakeTools(core::MainForm& form, QWidget* parent) {

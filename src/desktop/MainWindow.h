@@ -7,9 +7,15 @@
 
 namespace tallowin::desktop {
 
+/// Of the items of its menus, wherever these are shown.
+[[nodiscard]] std::span<const MenuLook> MainMenuLooks();
+
 class MainWindow : public FormWindow {
  public:
-  MainWindow(core::MainForm& form, platform::EventLoop& loop);
+  /// Hidden, it waits in the task list or is not to be seen at all.
+  MainWindow(core::MainForm& form, platform::EventLoop& loop, bool hiddenWaitsInTaskList = true);
+
+  void SetHiddenWaitsInTaskList(bool waits);
 
  private:
   [[nodiscard]] QWidget* MakeTools(core::MainForm& form, QWidget* parent);

@@ -37,15 +37,6 @@ void FindIconsWhenOpened(QMenu& menu) {
 
 }  // namespace
 
-std::vector<forms::MenuItem*> MenuBinder::ItemsOf(const forms::Control* container) const {
-  std::vector<forms::MenuItem*> items;
-  for (forms::Control* control : form_.Controls()) {
-    auto* item = dynamic_cast<forms::MenuItem*>(control);
-    if (item != nullptr && item->Container() == container) items.push_back(item);
-  }
-  return items;
-}
-
 MenuLook MenuBinder::LookOf(const forms::MenuItem& item) const {
   const auto found = std::find_if(looks_.begin(), looks_.end(),
                                   [&](const MenuLook& look) { return look.item == item.Name(); });
@@ -53,17 +44,16 @@ MenuLook MenuBinder::LookOf(const forms::MenuItem& item) const {
 }
 
 void MenuBinder::Fill(QMenuBar& bar) {
-  for (forms::MenuItem* top : ItemsOf(nullptr)) AddMenu(*top, bar);
+  for (forms::MenuItem* top : form_.ItemsOf(nullptr)) AddMenu(*top, bar);
 }
 
 void MenuBinder::AddMenu(forms::MenuItem& top, QMenuBar& bar) {
   auto* menu = new QMenu(&bar);
   bar.addMenu(menu);
   menu->setObjectName(QString::fromStdString(top.Name()));
-  const auto items = ItemsOf(&top);
-  for (forms::MenuItem* item : items) AddItem(*item, *menu);
-  FindIconsWhenOpened(*menu);
+  FillPopup(*menu, top);
 
+  const auto items = form_.ItemsOf(&top);
   const auto show = [&top, items, menu](const forms::Change& /*change*/) {
     const bool any = std::any_of(items.begin(), items.end(),
                                  [](const forms::MenuItem* item) { return item->Visible(); });
@@ -73,6 +63,11 @@ void MenuBinder::AddMenu(forms::MenuItem& top, QMenuBar& bar) {
   };
   binder_.Observe(top, show);
   for (forms::MenuItem* item : items) binder_.Observe(*item, show);
+}
+
+void MenuBinder::FillPopup(QMenu& menu, forms::MenuItem& top) {
+  for (forms::MenuItem* item : form_.ItemsOf(&top)) AddItem(*item, menu);
+  FindIconsWhenOpened(menu);
 }
 
 void MenuBinder::AddItem(forms::MenuItem& item, QMenu& menu) {
@@ -88,7 +83,11 @@ void MenuBinder::AddItem(forms::MenuItem& item, QMenu& menu) {
   QObject::connect(action, &QAction::triggered, action, [this, &item, show] {
     // Qt has flipped the tick already, but that is for the item's handler to decide.
     show();
-    binder_.Deliver([&item] { item.Click(); });
+    if (chosen_) {
+      chosen_(item);
+    } else {
+      binder_.Deliver([&item] { item.Click(); });
+    }
   });
 }
 

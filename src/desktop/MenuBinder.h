@@ -1,8 +1,10 @@
 // Builds a menu bar from the menu items of a form.
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "desktop/Binder.h"
 #include "forms/Form.h"
@@ -22,13 +24,17 @@ struct MenuLook {
 
 class MenuBinder {
  public:
-  MenuBinder(Binder& binder, forms::Form& form, std::span<const MenuLook> looks)
-      : binder_(binder), form_(form), looks_(looks) {}
+  using Chosen = std::function<void(forms::MenuItem&)>;
+
+  /// A chosen item is clicked, unless `chosen` is there to be called instead.
+  MenuBinder(Binder& binder, forms::Form& form, std::span<const MenuLook> looks, Chosen chosen = {})
+      : binder_(binder), form_(form), looks_(looks), chosen_(std::move(chosen)) {}
 
   void Fill(QMenuBar& bar);
+  /// With the items of one menu.
+  void FillPopup(QMenu& menu, forms::MenuItem& top);
 
  private:
-  [[nodiscard]] std::vector<forms::MenuItem*> ItemsOf(const forms::Control* container) const;
   [[nodiscard]] MenuLook LookOf(const forms::MenuItem& item) const;
   void AddMenu(forms::MenuItem& top, QMenuBar& bar);
   void AddItem(forms::MenuItem& item, QMenu& menu);
@@ -36,6 +42,7 @@ class MenuBinder {
   Binder& binder_;
   forms::Form& form_;
   std::span<const MenuLook> looks_;
+  Chosen chosen_;
 };
 
 }  // namespace tallowin::desktop

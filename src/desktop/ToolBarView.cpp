@@ -57,10 +57,13 @@ void ToolBarView::paintEvent(QPaintEvent* event) {
 }
 
 void ToolBarView::FindIcons() {
-  for (auto* button : findChildren<QToolButton*>()) {
-    const ToolLook look = LookOf(button->objectName().toStdString());
-    button->setIcon(QIcon::fromTheme(look.icon));
-  }
+  const auto iconOf = [this](const QToolButton* button) {
+    return QIcon::fromTheme(LookOf(button->objectName().toStdString()).icon);
+  };
+  const auto buttons = findChildren<QToolButton*>();
+  // A theme that has some of them only would make the others look forgotten.
+  if (std::ranges::any_of(buttons, [&](auto* button) { return iconOf(button).isNull(); })) return;
+  for (auto* button : buttons) button->setIcon(iconOf(button));
 }
 
 }  // namespace tallowin::desktop

@@ -1,9 +1,14 @@
 // The message loop straight on Qt's, for one window at a time.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QTimer>
-#include <vector>
+#include <QWidget>
 
 #include "platform/EventLoop.h"
 
@@ -50,5 +55,31 @@ class QtLoop : public platform::EventLoop {
  private:
   bool ended_ = false;
 };
+
+inline void Press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = {},
+                  const QString& text = {}) {
+  for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(type, key, modifiers, text);
+    QCoreApplication::sendEvent(&widget, &event);
+  }
+}
+
+inline void Click(QWidget& widget, QPointF at) {
+  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+    const auto held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+    QMouseEvent event(type, at, widget.mapToGlobal(at), Qt::LeftButton, held, {});
+    QCoreApplication::sendEvent(&widget, &event);
+  }
+}
+
+inline testing::AssertionResult Becomes(const std::function<bool()>& condition) {
+  QElapsedTimer waited;
+  waited.start();
+  while (!condition()) {
+    if (waited.hasExpired(10000)) return testing::AssertionFailure() << "never came about";
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+  }
+  return testing::AssertionSuccess();
+}
 
 }  // namespace tallowin::desktop
