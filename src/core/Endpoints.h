@@ -28,6 +28,10 @@ struct Endpoints {
   std::array<std::string, 4> whoisServers{"whois.apnic.net", "whois.ripe.net", "whois.radb.net",
                                           "whois.arin.net"};
   int whoisPort = 43;
+  /// Answers the daytime service over UDP, in UTC.
+  std::string timeServer = "time.marrowind.example";
+  int timePort = 13;
+  std::string updateFile = "https://update.marrowind.example/autoupdate/tallowin.txt";
 };
 
 }  // namespace tallowin::core

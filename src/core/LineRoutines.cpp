@@ -22,6 +22,16 @@ std::string GetLine(std::string_view text, std::size_t number) {
   return line;
 }
 
+std::vector<std::string> AllLines(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const auto end = std::min(text.find('\r'), text.size());
+    std::erase(lines.emplace_back(text.substr(0, end)), '\n');
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+
 std::vector<std::string> LastLines(std::string_view text, std::size_t back) {
   if (text.empty() && back > 0) return {};
   // Behind a CR at the very end there is no line that would count.

@@ -15,6 +15,9 @@ namespace tallowin::core {
 /// Line `number` from 1, without CR and LF; empty for 0 and beyond the end.
 [[nodiscard]] std::string GetLine(std::string_view text, std::size_t number);
 
+/// The lines 1 to CountLines, each as GetLine gives it, in one walk through the text.
+[[nodiscard]] std::vector<std::string> AllLines(std::string_view text);
+
 /// The lines from CountLines - `back` up to CountLines, each as GetLine gives it, at the cost of
 /// these lines alone, however long the text is. Nothing if CountLines is less than `back`.
 [[nodiscard]] std::vector<std::string> LastLines(std::string_view text, std::size_t back);

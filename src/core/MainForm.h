@@ -18,6 +18,7 @@ class MainForm : public forms::Form {
   forms::MenuItem portsntmnu{protmnu, "portsntmnu", "&Port Sentry"};
   forms::MenuItem ActiveMonMnu{protmnu, "ActiveMonMnu", "&Trojan Sentry"};
   forms::MenuItem identmnu{protmnu, "identmnu", "&IdentD Server"};
+  forms::MenuItem timesyncmnu{protmnu, "timesyncmnu", "&Sync Time"};
   forms::MenuItem ServiceSep{protmnu, "ServiceSep", "-"};
   forms::MenuItem clearlog{protmnu, "clearlog", "&Clear Log"};
   forms::MenuItem savelog{protmnu, "savelog", "Save &Log File"};
@@ -25,10 +26,23 @@ class MainForm : public forms::Form {
   forms::MenuItem exittwmnu{protmnu, "exittwmnu", "E&xit Tallowin"};
 
   forms::MenuItem analysis{*this, "analysis", "&Local Utilities"};
+  forms::MenuItem stringextractmnu{analysis, "stringextractmnu", "&File Analysis"};
   forms::MenuItem ExeInfectChk{analysis, "ExeInfectChk", "&Executable Infection Check"};
+  forms::MenuItem procman{analysis, "procman", "&Process Manager"};
 
   forms::MenuItem inetdefense{*this, "inetdefense", "&Internet Utilities"};
+  forms::MenuItem synctimenowmnu{inetdefense, "synctimenowmnu", "&Sync Time Now"};
   forms::MenuItem simhack{inetdefense, "simhack", "Simulate &Hacker"};
+  forms::MenuItem inetstatsmnu{inetdefense, "inetstatsmnu", "Inter&net Statistics"};
+  forms::MenuItem reporthackmnu{inetdefense, "reporthackmnu", "&Report Hack Attempt"};
+
+  forms::MenuItem optionsmnu{*this, "optionsmnu", "&Preferences"};
+  forms::MenuItem prefsmnu{optionsmnu, "prefsmnu", "&Options"};
+
+  forms::MenuItem mainhlpmnu{*this, "mainhlpmnu", "&Help"};
+  forms::MenuItem hlpmnu{mainhlpmnu, "hlpmnu", "H&elp", "F1"};
+  forms::MenuItem checkupdates{mainhlpmnu, "checkupdates", "Check For &Updates", "F12"};
+  forms::MenuItem aboutmnu{mainhlpmnu, "aboutmnu", "&About Tallowin"};
 
   forms::Label StatusLabel{*this, "StatusLabel", "Main Status:"};
   forms::TextBox Status{*this, "Status", {.multiLine = true, .locked = true}};

@@ -52,6 +52,14 @@ std::string LowerCase(std::string_view text) {
   return lower;
 }
 
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  }
+  return upper;
+}
+
 std::string DigitsOnly(std::string_view text) {
   std::string digits;
   std::ranges::copy_if(text, std::back_inserter(digits),
@@ -66,6 +74,15 @@ std::string ReplaceChar(std::string_view text, std::string_view find, std::strin
     replaced += character == find ? insert : character;
   }
   return replaced;
+}
+
+std::string ReplaceAll(std::string_view text, std::string_view find, std::string_view insert) {
+  std::string replaced;
+  for (auto at = text.find(find); at != std::string_view::npos; at = text.find(find)) {
+    replaced.append(text.substr(0, at)).append(insert);
+    text.remove_prefix(at + find.size());
+  }
+  return replaced.append(text);
 }
 
 std::int16_t RemoveDuplicates(forms::ItemList& list) {

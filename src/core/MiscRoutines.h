@@ -18,6 +18,8 @@ namespace tallowin::core {
 
 /// `text` with A to Z as a to z.
 [[nodiscard]] std::string LowerCase(std::string_view text);
+/// `text` with a to z as A to Z.
+[[nodiscard]] std::string UpperCase(std::string_view text);
 
 /// Without the blanks at both ends; tabs stay. Points into `text`.
 [[nodiscard]] std::string_view Trim(std::string_view text);
@@ -29,6 +31,11 @@ namespace tallowin::core {
 /// is never met. What is inserted is not searched again.
 [[nodiscard]] std::string ReplaceChar(std::string_view text, std::string_view find,
                                       std::string_view insert);
+
+/// `text` with `insert` in place of each `find`, once from front to end: what comes about by that
+/// stays. `find` must not be empty.
+[[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view find,
+                                     std::string_view insert);
 
 /// Removes each item that equals an earlier one, case counting, and returns the number of
 /// comparisons. Throws 6 "Overflow" at the comparison that a 16-bit number cannot count any more;

@@ -2,19 +2,14 @@
 
 #include <algorithm>
 
+#include "core/MiscRoutines.h"
+
 namespace tallowin::core {
 
 namespace {
 
 constexpr std::uint32_t kPlatformWin9x = 1;
 constexpr std::uint32_t kPlatformNt = 2;
-
-std::string UpperCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return text;
-}
 
 }  // namespace
 

@@ -16,9 +16,9 @@ using Variant = std::variant<std::monostate, std::string, std::int32_t>;
 /// Nothing is the empty text, a number its decimal form.
 [[nodiscard]] std::string ToText(const Variant& value);
 
-/// Nothing is 0. A text must be a number: decimal, with sign, fraction or exponent, blanks around
-/// it, or "&H" hexadecimal; halves are rounded to the even neighbour. Throws RunTimeError 13 "Type
-/// mismatch" for any other text and 6 "Overflow" for a number that 16 bits with sign cannot hold.
+/// Nothing is 0. A text must be a number (NumberText.h); halves are rounded to the even neighbour.
+/// Throws RunTimeError 13 "Type mismatch" for any other text and 6 "Overflow" for a number that 16
+/// bits with sign cannot hold.
 [[nodiscard]] std::int16_t ToInteger(const Variant& value);
 
 class VbRegMod {

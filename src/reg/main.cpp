@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <iostream>
 #include <string>
 #include <vector>
@@ -11,6 +13,7 @@
 int main(int argc, char** argv) {
   using namespace tallowin;
   platform::linux_host::OpenStandardDescriptors();
+  umask(S_IRWXG | S_IRWXO);  // an export may hold the password of a mail account
   const std::vector<std::string> words(argv + 1, argv + argc);
   if (words.empty()) {
     std::cerr << reg::HelpText();

@@ -44,7 +44,7 @@ void Tallowin::ShellAndWait(std::string_view commandLine) {
 }
 
 void Tallowin::RestoreMainWindow() {
-  if (options_.Visible()) return;
+  if (frmAbout_.Visible() || options_.Visible()) return;
   mainForm_.SetState(forms::WindowState::Normal);
   mainForm_.Show();
   // Topmost for a moment brings the window to the front. It also ends "Always On Top" until the

@@ -1,4 +1,4 @@
-// What the menu of MainForm and the boxes of Options do.
+// What the menu of MainForm does.
 
 #include "forms/Questions.h"
 #include "tallowin/Tallowin.h"
@@ -21,7 +21,11 @@ void Tallowin::WireMenu() {
   mainForm_.Removelogs.OnClick = [this] { AskToRemoveLogs(); };
   mainForm_.exittwmnu.OnClick = [this] { AskToExit(); };
 
+  mainForm_.stringextractmnu.OnClick = [this] { fileAnalysis_.Show(); };
+  mainForm_.prefsmnu.OnClick = [this] { optionsDialog_.ShowModal(); };
   mainForm_.ExeInfectChk.OnClick = [this] { infectionCheck_.ExeInfectChk_Click(); };
+  mainForm_.procman.OnClick = [this] { processManager_.Open(); };
+  mainForm_.inetstatsmnu.OnClick = [this] { internetStatistics_.Open(); };
 
   form1_.enablemnu.OnClick = [this] { portListeners_.ActivatePortSentry(); };
   form1_.disableprotectmnu.OnClick = [this] { portListeners_.DeactivatePortSentry(); };
@@ -31,6 +35,8 @@ void Tallowin::WireMenu() {
   mainForm_.OnResize = [this] {
     if (mainForm_.State() == forms::WindowState::Minimised) mainForm_.Hide();
   };
+  // However it comes up again, "Always On Top" is over: RestoreMainWindow tells why.
+  mainForm_.OnActivate = [this] { core::ClearTopMost(mainForm_); };
   mainForm_.OnCloseBox = [this] { mainForm_.SetState(forms::WindowState::Minimised); };
 }
 
@@ -41,40 +47,6 @@ void Tallowin::WireServiceItem(forms::MenuItem& item, CheckBox& box) {
     box.SetValue(item.Checked() ? CheckBox::Checked : CheckBox::Unchecked);
     settings_.SaveSettings();
   };
-}
-
-void Tallowin::WireOptions() {
-  options_.VerboseChk.OnClick = [this] {
-    const int value = options_.VerboseChk.Value();
-    if (value == CheckBox::Checked) log_.LogStatus("Verbose Mode Enabled", true);
-    if (value == CheckBox::Unchecked) log_.LogStatus("Verbose Mode Disabled", true);
-  };
-  options_.OnTopChk.OnClick = [this] {
-    const int value = options_.OnTopChk.Value();
-    if (value == CheckBox::Checked) log_.LogStatus("Always On Top Enabled", false);
-    if (value == CheckBox::Unchecked) log_.LogStatus("Always On Top Disabled", false);
-  };
-  options_.PortChk.OnClick = [this] { PortChk_Click(); };
-  options_.ActiveMonChk.OnClick = [this] { ActiveMonChk_Click(); };
-  options_.IdentDChk.OnClick = [this] { identD_.IdentDChk_Click(); };
-}
-
-void Tallowin::PortChk_Click() {
-  const int value = options_.PortChk.Value();
-  if (value == CheckBox::Greyed) return;
-  // One line for both ways of the switch.
-  log_.LogStatus("Port Sentry Disactivated", false);
-  mainForm_.portsntmnu.SetChecked(value == CheckBox::Checked);
-  UpdateSentry("port");
-}
-
-void Tallowin::ActiveMonChk_Click() {
-  const int value = options_.ActiveMonChk.Value();
-  if (value == CheckBox::Greyed) return;
-  const bool on = value == CheckBox::Checked;
-  log_.LogStatus(on ? "Trojan Sentry Enabled" : "Trojan Sentry Disabled", false);
-  mainForm_.ActiveMonMnu.SetChecked(on);
-  UpdateSentry("trojan");
 }
 
 void Tallowin::AskToRemoveLogs() {

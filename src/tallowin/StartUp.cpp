@@ -10,6 +10,7 @@ namespace tallowin {
 namespace {
 
 constexpr int kWindowHeightInTwips = 5580;
+constexpr int kWindows95 = 1;  ///< a system without statistics of its IP stack
 
 }  // namespace
 
@@ -24,6 +25,9 @@ void Tallowin::Start() {
   });
   step([&] { module_.ProductTitle = "Tallowin"; });
   step([&] { module_.SetAppVersion(kMajorVersion, kMinorVersion, kRevision); });
+  step([&] {
+    if (module_.GetOsKind() == kWindows95) mainForm_.inetstatsmnu.SetEnabled(false);
+  });
   step([&] { mainForm_.SetCaption(module_.ProductTitle + " " + std::to_string(kMajorVersion)); });
   step([&] {
     mainForm_.SetState(forms::WindowState::Minimised);
@@ -35,6 +39,7 @@ void Tallowin::Start() {
   step([&] { settings_.LoadPortSettings(); });
   step([&] { settings_.LoadSettings(); });
   step([&] { CheckArguments(); });
+  step([&] { trayIcon_.Form1_Load(); });
 }
 
 }  // namespace tallowin

@@ -14,13 +14,17 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       commandLine_(std::move(commandLine)),
       module_(host.paths, host.system, endpoints),
       misc_(host.paths, host.loop),
+      runWith_(host.shell),
       settings_(host.registry, mainForm_, options_),
+      optionsDialog_(options_, settings_, module_, {host.loop, runWith_, host.sound, questions}),
       log_(mainForm_, options_, module_, host.loop, host.regional),
       mail_(host.smtp, log_, host.loop),
       notification_(mainForm_, options_, mail_),
       icmpTools_(host.icmp, host.names, host.loop),
-      whois_(host.sockets, mainForm_, module_, log_, icmpTools_, reportHacker_.emaillist,
-             endpoints.whoisPort),
+      whois_(
+          host.sockets, mainForm_, module_, log_, icmpTools_,
+          [this]() -> forms::ItemList& { return hackerReport_.Loaded().emaillist; },
+          endpoints.whoisPort),
       ipTools_(mainForm_, log_, icmpTools_, whois_, host.loop),
       portSockets_(MakePortSockets()),
       portListeners_(portSockets_, settings_, form1_, log_, host.loop),
@@ -33,10 +37,25 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
       simulation_(host.sockets, mainForm_, settings_, module_, questions, host.loop),
       readFile_(misc_, host.files),
       trojanDetect_(misc_, readFile_, host.loop),
-      modList9x_(host.processes, module_),
+      modList9x_(host.processes, module_, misc_),
       infectionCheck_(mainForm_, misc_, readFile_, host.files, log_, host.loop),
+      processManager_(processManFrm_, {.misc = misc_,
+                                       .trojanDetect = trojanDetect_,
+                                       .modList9x = modList9x_,
+                                       .processes = host.processes,
+                                       .files = host.files,
+                                       .log = log_,
+                                       .questions = questions}),
+      internetStatistics_(netstatfrm_, host.ipStatistics, log_, questions),
+      fileAnalysis_({.host = {host.fileFacts, host.versionInfo, host.paths, host.regional},
+                     .modules = host.modules,
+                     .misc = misc_,
+                     .readFile = readFile_,
+                     .detect = trojanDetect_,
+                     .loop = host.loop,
+                     .questions = questions},
+                    stringExtractFrm_),
       hunt_({.misc = misc_,
-             .module = module_,
              .readFile = readFile_,
              .trojanDetect = trojanDetect_,
              .modList9x = modList9x_,
@@ -45,15 +64,36 @@ Tallowin::Tallowin(const platform::Host& host, forms::Questions& questions, std:
              .questions = questions}),
       trojanMon_({host.registry, host.iniFiles, host.paths, host.loop}, module_, log_, questions,
                  MakeWatchActions()),
-      identD_(host.sockets, mainForm_, options_, log_, host.loop) {
+      identD_(host.sockets, mainForm_, options_, log_, host.loop),
+      timeSync_({.sockets = host.sockets,
+                 .regional = host.regional,
+                 .clock = host.clock,
+                 .loop = host.loop},
+                mainForm_, options_, log_, endpoints.timeServer, endpoints.timePort),
+      hackerReport_(reportHacker_, options_, mail_),
+      httpModule_(host.http, host.loop),
+      updateCheck_(autoUpdate_, module_, httpModule_, runWith_, host.loop, endpoints.updateFile),
+      aboutBox_(frmAbout_, module_, runWith_, host.loop),
+      trayIcon_({.form1 = form1_,
+                 .mainForm = mainForm_,
+                 .taskBar = forms_.TaskBar(),
+                 .module = module_,
+                 .questions = questions},
+                [this] { RestoreMainWindow(); }) {
   for (forms::Form* form :
        {static_cast<forms::Form*>(&mainForm_), static_cast<forms::Form*>(&options_),
         static_cast<forms::Form*>(&form1_), static_cast<forms::Form*>(&chatWindow_),
-        static_cast<forms::Form*>(&bigMSG_), static_cast<forms::Form*>(&reportHacker_)}) {
+        static_cast<forms::Form*>(&bigMSG_), static_cast<forms::Form*>(&reportHacker_),
+        static_cast<forms::Form*>(&processManFrm_), static_cast<forms::Form*>(&netstatfrm_),
+        static_cast<forms::Form*>(&autoUpdate_), static_cast<forms::Form*>(&frmAbout_),
+        static_cast<forms::Form*>(&stringExtractFrm_)}) {
     forms_.Add(*form);
   }
   WireMenu();
+  WireHelpMenu();
   WireOptions();
+  WireClock();
+  WireReporting();
   log_.OnNotify = [this] { notification_.SendNotification(notification_.ComposeMessage()); };
   host_.loop.OnUnhandledError([this](const auto& error) { EndByError(error); });
 }
@@ -127,6 +167,7 @@ void Tallowin::SaveLog() { log_.WriteLogFile(mainForm_.Status.Text()); }
 
 void Tallowin::Quit() {
   SaveLog();
+  trayIcon_.Delete();
   host_.loop.End(0);
 }
 

@@ -4,15 +4,24 @@
 #include <string>
 #include <string_view>
 
+#include "analysis/FileAnalysis.h"
 #include "analysis/InfectionCheck.h"
+#include "analysis/InternetStatistics.h"
 #include "analysis/ModList9x.h"
+#include "analysis/Netstatfrm.h"
+#include "analysis/ProcessManFrm.h"
+#include "analysis/ProcessManager.h"
 #include "analysis/ReadFile.h"
+#include "analysis/StringExtractFrm.h"
 #include "analysis/TrojanDetect.h"
 #include "core/Endpoints.h"
 #include "core/Form1.h"
+#include "core/FrmAbout.h"
 #include "core/MainForm.h"
 #include "core/MiscRoutines.h"
 #include "core/Options.h"
+#include "core/OptionsDialog.h"
+#include "core/Runwithbas.h"
 #include "core/SettingsStore.h"
 #include "core/StatusLog.h"
 #include "core/TallowinModule.h"
@@ -22,6 +31,7 @@
 #include "nettools/IdentDServer.h"
 #include "nettools/IpTools.h"
 #include "nettools/ModemHangUp.h"
+#include "nettools/TimeSync.h"
 #include "nettools/WhoisClient.h"
 #include "platform/Host.h"
 #include "portsentry/AlarmResponses.h"
@@ -33,9 +43,15 @@
 #include "portsentry/FormFlash.h"
 #include "portsentry/IntruderChat.h"
 #include "portsentry/PortListeners.h"
+#include "reporting/AutoUpdate.h"
 #include "reporting/EventNotification.h"
+#include "reporting/HTTPModule.h"
+#include "reporting/HackerReport.h"
 #include "reporting/Mail.h"
 #include "reporting/ReportHacker.h"
+#include "reporting/UpdateCheck.h"
+#include "tallowin/AboutBox.h"
+#include "tallowin/TrayIcon.h"
 #include "trojansentry/HuntOffendingProcess.h"
 #include "trojansentry/TrojanMon.h"
 
@@ -56,6 +72,12 @@ class Tallowin {
   [[nodiscard]] core::SettingsStore& Settings() { return settings_; }
   [[nodiscard]] portsentry::ChatWindow& ChatWindow() { return chatWindow_; }
   [[nodiscard]] portsentry::BigMSG& BigMSG() { return bigMSG_; }
+  [[nodiscard]] analysis::ProcessManFrm& ProcessManFrm() { return processManFrm_; }
+  [[nodiscard]] analysis::Netstatfrm& Netstatfrm() { return netstatfrm_; }
+  [[nodiscard]] core::FrmAbout& FrmAbout() { return frmAbout_; }
+  [[nodiscard]] reporting::ReportHacker& ReportHacker() { return reportHacker_; }
+  [[nodiscard]] reporting::AutoUpdate& AutoUpdate() { return autoUpdate_; }
+  [[nodiscard]] analysis::StringExtractFrm& StringExtractFrm() { return stringExtractFrm_; }
 
   /// The Load of MainForm. Call it, like Quit, as an event (EventLoop::Deliver).
   void Start();
@@ -81,12 +103,24 @@ class Tallowin {
  private:
   // Menu.cpp
   void WireMenu();
-  void WireOptions();
   void WireServiceItem(forms::MenuItem& item, forms::CheckBox& box);
-  void PortChk_Click();
-  void ActiveMonChk_Click();
   void AskToRemoveLogs();
   void AskToExit();
+
+  // OptionsHandlers.cpp
+  void WireOptions();
+  void PortChk_Click();
+  void ActiveMonChk_Click();
+
+  // MenuHelp.cpp
+  void WireHelpMenu();
+
+  // ClockMenu.cpp
+  void WireClock();
+  void timesyncmnu_Click();
+
+  // ReportingMenu.cpp
+  void WireReporting();
 
   // CommandLine.cpp
   void RestoreMainWindow();
@@ -107,11 +141,18 @@ class Tallowin {
   portsentry::ChatWindow chatWindow_;
   portsentry::BigMSG bigMSG_;
   reporting::ReportHacker reportHacker_;
+  analysis::ProcessManFrm processManFrm_;
+  analysis::Netstatfrm netstatfrm_;
+  core::FrmAbout frmAbout_;
+  reporting::AutoUpdate autoUpdate_;
+  analysis::StringExtractFrm stringExtractFrm_;
   forms::Forms forms_;
 
   core::TallowinModule module_;
   core::MiscRoutines misc_;
+  core::Runwithbas runWith_;
   core::SettingsStore settings_;
+  core::OptionsDialog optionsDialog_;
   core::StatusLog log_;
   reporting::Mail mail_;
   reporting::EventNotification notification_;
@@ -131,9 +172,18 @@ class Tallowin {
   analysis::TrojanDetect trojanDetect_;
   analysis::ModList9x modList9x_;
   analysis::InfectionCheck infectionCheck_;
+  analysis::ProcessManager processManager_;
+  analysis::InternetStatistics internetStatistics_;
+  analysis::FileAnalysis fileAnalysis_;
   trojansentry::OffendingProcessHunt hunt_;
   trojansentry::TrojanMon trojanMon_;
   nettools::IdentDServer identD_;
+  nettools::TimeSync timeSync_;
+  reporting::HackerReport hackerReport_;
+  reporting::HTTPModule httpModule_;
+  reporting::UpdateCheck updateCheck_;
+  AboutBox aboutBox_;
+  TrayIcon trayIcon_;
 };
 
 }  // namespace tallowin

@@ -26,21 +26,12 @@ bool OffendingProcessHunt::Hunt(const std::string& offendingFile) {
   const auto snapshot = services_.processes.Snapshot();
   if (!snapshot) return false;
   for (const platform::ProcessEntry& entry : *snapshot) {
-    const std::string runningFile = RunningFile(entry);
-    if (NamesOneFile(runningFile) && ChecksumOf(runningFile) == target) {
+    const std::string runningFile = services_.modList9x.ProgramOf(entry);
+    if (services_.modList9x.NamesOneFile(runningFile) && ChecksumOf(runningFile) == target) {
       AskToKill(entry, runningFile);
     }
   }
   return true;
-}
-
-std::string OffendingProcessHunt::RunningFile(const platform::ProcessEntry& entry) {
-  return services_.module.IsWin9x() ? analysis::TrimAtNull(entry.exeFile)
-                                    : services_.modList9x.ProcessPathFromId(entry.processId);
-}
-
-bool OffendingProcessHunt::NamesOneFile(const std::string& path) const {
-  return services_.misc.GetFullPath(path) == path && !services_.misc.GetShortPath(path).empty();
 }
 
 std::optional<std::string> OffendingProcessHunt::ChecksumOf(const std::string& path) {

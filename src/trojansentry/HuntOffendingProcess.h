@@ -8,7 +8,6 @@
 #include "analysis/ReadFile.h"
 #include "analysis/TrojanDetect.h"
 #include "core/MiscRoutines.h"
-#include "core/TallowinModule.h"
 #include "forms/Questions.h"
 #include "platform/Files.h"
 #include "platform/Processes.h"
@@ -21,7 +20,6 @@ class OffendingProcessHunt {
  public:
   struct Services {
     const core::MiscRoutines& misc;
-    const core::TallowinModule& module;
     analysis::ReadFile& readFile;
     analysis::TrojanDetect& trojanDetect;
     analysis::ModList9x& modList9x;
@@ -40,10 +38,6 @@ class OffendingProcessHunt {
  private:
   /// False if there is no snapshot to look at.
   bool Hunt(const std::string& offendingFile);
-  [[nodiscard]] std::string RunningFile(const platform::ProcessEntry& entry);
-  /// False for a bare name and for a pattern. A process may be called as its user likes: that must
-  /// not lead to files below the current folder, nor to those that a wildcard finds.
-  [[nodiscard]] bool NamesOneFile(const std::string& path) const;
   /// Nothing where there is no such file, which then equals no other one.
   [[nodiscard]] std::optional<std::string> ChecksumOf(const std::string& path);
   void AskToKill(const platform::ProcessEntry& entry, const std::string& runningFile);

@@ -1,10 +1,8 @@
-#include "core/MiscRoutines.h"
-
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
+#include "core/INIFiles.h"
+#include "core/MiscRoutines.h"
+#include "core/TallowinModule.h"
 #include "forms/Form.h"
 #include "platform/RunTimeError.h"
 #include "support/FakeHost.h"
@@ -12,18 +10,36 @@
 namespace tallowin::core {
 namespace {
 
-/// Makes the file that a test has named, or fails like a folder that cannot be written.
-class PathsWithTempFile : public test::FakePaths {
- public:
-  using FakePaths::FakePaths;
-  std::string MakeTempFile(std::string_view folder, std::string_view prefix) override {
-    if (denied) throw platform::RunTimeError(75, "Path/File access error");
-    std::string path = std::string(folder) + "/" + std::string(prefix) + "01AB.tmp";
-    std::ofstream{path};
-    return path;
+TEST(INIFiles, ReadIniTrimsAndCuts) {
+  test::FakeIniFiles files;
+  const INIFiles ini(files);
+  for (const auto& [stored, read] : std::vector<std::pair<std::string, std::string>>{
+           {"   ", ""},
+           {"  explorer.exe /x ", "explorer.exe /x"},
+           {std::string(249, 'a') + "b", std::string(249, 'a')},
+           {std::string(248, 'a') + "  b", std::string(248, 'a')}}) {
+    files.values["f s k"] = stored;
+    EXPECT_EQ(ini.ReadIni("f", "s", "k"), read);
   }
-  bool denied = false;
-};
+}
+
+TEST(TallowinModule, VersionsOfTheOperatingSystem) {
+  test::FakeHost host;
+  const TallowinModule module(host.paths, host.system);
+  for (const auto& [version, kind] :
+       std::vector<std::pair<platform::OsVersion, int>>{{{1, 4, 0}, 1},
+                                                        {{1, 4, 10}, 2},
+                                                        {{1, 4, 90}, 0},
+                                                        {{2, 3, 51}, 3},
+                                                        {{2, 5, 0}, 5},
+                                                        {{2, 6, 1}, 0},
+                                                        {{2, 2, 0}, 0},
+                                                        {{3, 4, 0}, 0}}) {
+    host.system.version = version;
+    EXPECT_EQ(module.GetOsKind(), kind) << version.minorVersion;
+    EXPECT_EQ(module.IsWin9x(), version.platformId == 1);
+  }
+}
 
 class CountingLoop : public test::FakeLoop {
  public:
@@ -32,12 +48,6 @@ class CountingLoop : public test::FakeLoop {
   }
   int turns = 0;
 };
-
-std::vector<std::string> Items(const forms::ItemList& list) {
-  std::vector<std::string> items;
-  for (std::size_t i = 0; i < list.ListCount(); ++i) items.push_back(list.List(i));
-  return items;
-}
 
 TEST(MiscRoutines, TextRoutines) {
   EXPECT_EQ(BoolText(-1), "True");
@@ -51,14 +61,6 @@ TEST(MiscRoutines, TextRoutines) {
   EXPECT_EQ(ReplaceChar("", "a", "b"), "");
   EXPECT_EQ(ReplaceChar("abab", "ab", "x"), "abab");
   EXPECT_EQ(ReplaceChar("ab", "", "x"), "ab");
-}
-
-TEST(MiscRoutines, RemovesDuplicatesAndCountsComparisons) {
-  forms::Form form("Form");
-  forms::ComboBox list(form, "list");
-  for (const char* item : {"a", "b", "a", "A", "a", "b"}) list.AddItem(item);
-  EXPECT_EQ(RemoveDuplicates(list), 5 + 2 + 0);
-  EXPECT_EQ(Items(list), (std::vector<std::string>{"a", "b", "A"}));
 }
 
 TEST(MiscRoutines, RemoveDuplicatesCountsInSixteenBits) {
@@ -85,51 +87,23 @@ TEST(MiscRoutines, RemoveDuplicatesCountsInSixteenBits) {
   EXPECT_EQ(told, 2);
 }
 
-TEST(MiscRoutines, Base64KnownAnswers) {
-  const std::vector<std::pair<std::string, std::string>> vectors = {
-      {"", ""},
-      {"f", "Zg=="},
-      {"fo", "Zm8="},
-      {"foo", "Zm9v"},
-      {"foob", "Zm9vYg=="},
-      {"fooba", "Zm9vYmE="},
-      {"foobar", "Zm9vYmFy"},
-      {std::string("\x00\xFF\xFB\xF0", 4), "AP/78A=="}};
-  for (const auto& [bytes, text] : vectors) {
+TEST(MiscRoutines, Base64) {
+  for (const auto& [bytes, text] : std::vector<std::pair<std::string, std::string>>{
+           {"", ""},
+           {"foob", "Zm9vYg=="},
+           {"fooba", "Zm9vYmE="},
+           {"foobar", "Zm9vYmFy"},
+           {std::string("\x00\xFF\xFB\xF0", 4), "AP/78A=="}}) {
     EXPECT_EQ(Base64Encode(bytes), text);
     EXPECT_EQ(Base64Decode(text), bytes);
   }
-}
-
-TEST(MiscRoutines, Base64LineLayout) {
-  const std::string line = "QUFB";  // "AAA"
-  std::string full;
-  for (int i = 0; i < 18; ++i) full += line;
-  EXPECT_EQ(Base64Encode(std::string(54, 'A')), full + "\r\n");
-  EXPECT_EQ(Base64Encode(std::string(55, 'A')), full + "\r\nQQ==");
-  EXPECT_EQ(Base64Decode(full + "\r\n" + full + "\r\nQQ=="), std::string(109, 'A'));
-  EXPECT_EQ(Base64Decode(full + full + full), std::string(162, 'A'));
-
-  std::string bytes;
-  for (int i = 0; i < 1000; ++i) bytes += static_cast<char>(i * 7);
-  EXPECT_EQ(Base64Decode(Base64Encode(bytes)), bytes);
-}
-
-TEST(MiscRoutines, Base64DecodeSkipsWhatIsNoLetter) {
+  std::string line;
+  for (int i = 0; i < 18; ++i) line += "QUFB";
+  EXPECT_EQ(Base64Encode(std::string(54, 'A')), line + "\r\n");
+  EXPECT_EQ(Base64Encode(std::string(55, 'A')), line + "\r\nQQ==");
+  EXPECT_EQ(Base64Decode(line + line + "\r\nQQ=="), std::string(109, 'A'));
   EXPECT_EQ(Base64Decode(std::string("Zm\0 9\xFFv-_Y=mF.y", 15)), "foobar");
   EXPECT_EQ(Base64Decode("Zm9vY"), "foo");
-  EXPECT_EQ(Base64Decode("=-="), "");
-}
-
-TEST(MiscRoutines, TempFileNameIsFree) {
-  const test::TemporaryFolder driveC;
-  PathsWithTempFile paths(driveC.Path());
-  test::FakeLoop loop;
-  MiscRoutines routines(paths, loop);
-  EXPECT_EQ(routines.MakeTempFileName(), driveC.Path() + "/TW01AB.tmp");
-  EXPECT_TRUE(std::filesystem::is_empty(driveC.Path()));
-  paths.denied = true;
-  EXPECT_EQ(routines.MakeTempFileName(), "");
 }
 
 TEST(MiscRoutines, WaitForMillisecondsHasNoClock) {

@@ -1,36 +1,32 @@
-#include "portsentry/AlarmResponses.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "portsentry/AlarmResponses.h"
+#include "portsentry/ContolPanelSounds.h"
 #include "support/Program.h"
 
 namespace tallowin::portsentry {
 namespace {
 
+using namespace std::chrono_literals;
 using platform::RegistryValue;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using namespace std::chrono_literals;
 
 constexpr auto kBlink = 1200ms;
 constexpr const char* kEvent =
     ".default\\appevents\\schemes\\apps\\tallowin\\hacker detected\\.current";
 
-struct AlarmResponsesTest : testing::Test {
-  test::FakeHost host;
-  std::unique_ptr<test::Program> program;
+struct AlarmResponsesTest : test::ProgramTest {
   std::vector<std::string> pressed;  ///< what was done, in order
 
   void SetUp() override {
     host.ImportPresets(1, 0);
-    host.Port(1, "Socket Number") = RegistryValue::Dword(1111);
+    host.SetSlot(1, 1111);
     host.registry.keys[kEvent] = {{"", RegistryValue::Text("/x/siren.wav")}};
     host.dialUp.links = {{.hRasConn = "/1", .szEntryName = ""}};
-    program = std::make_unique<test::Program>(host);
-    program->Start();
-    program->tallowin.MainForm().Toolbar1.OnButtonClick = [this](const auto& button) {
-      // What has been heard, seen and dropped before this button was pressed.
+    Start();
+    Main().Toolbar1.OnButtonClick = [this](const auto& button) {
       pressed.push_back(button.Key + (host.sound.played.empty() ? "" : " after siren") +
                         (host.loop.Ticks(kBlink) ? " and warning" : "") +
                         (host.dialUp.hungUp.empty() ? "" : " and hang-up") +
@@ -93,7 +89,6 @@ struct BlinkingTest : AlarmResponsesTest {
     host.Port(1, "Visual Warning") = RegistryValue::Dword(1);
     program->Call(1111);
   }
-  /// Whether the window shows after each of so many ticks.
   std::vector<bool> Shown(int ticks) {
     std::vector<bool> shown;
     for (int i = 0; i < ticks; ++i) {
@@ -121,12 +116,50 @@ TEST_F(BlinkingTest, ThreeShowingsAndThenForGood) {
   EXPECT_THAT(Shown(6), ElementsAre(true, false, true, false, true, false)) << "a second series";
 }
 
-TEST_F(BlinkingTest, AnAlarmInBetweenLengthensTheSeriesFromItsPresentState) {
-  Alarm();
-  EXPECT_THAT(Shown(1), ElementsAre(true));
-  Alarm();
-  EXPECT_THAT(Shown(6), ElementsAre(false, true, false, true, false, false));
-  EXPECT_FALSE(host.loop.Ticks(kBlink));
+const std::string kApps = "appevents\\schemes\\apps\\tallowin\\";
+const std::string kHacker = kApps + "hacker detected\\.current";
+const std::string kTrojan = kApps + "trojan detected\\.current";
+constexpr const char* kScheme = "appevents\\schemes\\tallowin";
+
+test::FakeRegistry::Values DefaultValue(const std::string& text) {
+  return {{"", RegistryValue::Text(text)}};
+}
+
+TEST(ContolPanelSounds, TheFirstStartMakesTheEventsAndTheSecondLeavesThem) {
+  test::FakeHost host;
+  test::Program(host).Start();
+  EXPECT_EQ(host.registry.keys[kHacker], DefaultValue(host.folder.Path() + "/hacker.wav"));
+  EXPECT_EQ(host.registry.keys[kTrojan], DefaultValue(host.folder.Path() + "/trojan.wav"));
+  EXPECT_EQ(host.registry.keys[kScheme], DefaultValue("Tallowin"));
+
+  host.registry.keys[kHacker] = DefaultValue("/the/users/own.wav");
+  host.registry.keys[kTrojan].clear();
+  host.registry.keys[kScheme] = DefaultValue("Another");
+  test::Program(host).Start();
+  EXPECT_EQ(host.registry.keys[kHacker], DefaultValue("/the/users/own.wav"));
+  EXPECT_THAT(host.registry.keys[kTrojan], IsEmpty()) << "the key is what counts";
+  EXPECT_EQ(host.registry.keys[kScheme], DefaultValue("Tallowin"));
+}
+
+struct PlaySoundEventTest : testing::Test {
+  test::FakeHost host;
+  core::TallowinModule module{host.paths, host.system};
+  ContolPanelSounds sounds{host.registry, host.sound, module};
+
+  std::vector<std::string> PlayedFor(const test::FakeRegistry::Values& values) {
+    host.sound.played.clear();
+    host.registry.keys[".default\\" + kTrojan] = values;
+    sounds.PlaySoundEvent("Tallowin", "Trojan Detected");
+    return host.sound.played;
+  }
+};
+
+TEST_F(PlaySoundEventTest, WhatTheBufferCannotHoldOrIsNoTextStaysSilentOrCut) {
+  EXPECT_THAT(PlayedFor({}), IsEmpty());
+  EXPECT_THAT(PlayedFor(DefaultValue("")), IsEmpty());
+  EXPECT_THAT(PlayedFor({{"", RegistryValue::Dword(7)}}), IsEmpty());
+  EXPECT_THAT(PlayedFor(DefaultValue(std::string(509, 'a'))), ElementsAre(std::string(255, 'a')));
+  EXPECT_THAT(PlayedFor(DefaultValue(std::string(510, 'a'))), IsEmpty());
 }
 
 }  // namespace

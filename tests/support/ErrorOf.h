@@ -5,7 +5,6 @@
 
 namespace tallowin::test {
 
-/// The number of the run-time error, or 0 if there is none.
 template <typename Call>
 int ErrorOf(Call call) {
   try {

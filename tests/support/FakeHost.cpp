@@ -22,6 +22,12 @@ RegistryValue& FakeHost::Port(int slot, const std::string& name) {
   return ValueIn(registry.keys[kRoot + ("ports\\setting " + std::to_string(slot))], name);
 }
 
+void FakeHost::SetSlot(int slot, int port, const char* action, const char* packet) {
+  Port(slot, "Socket Number") = RegistryValue::Dword(static_cast<std::uint32_t>(port));
+  Port(slot, "Action") = RegistryValue::Text(action);
+  Port(slot, "Packet To Send") = RegistryValue::Text(packet);
+}
+
 void FakeHost::ImportPresets(std::uint32_t portSentry, std::uint32_t verbose) {
   Setting("Verbose Mode") = RegistryValue::Dword(verbose);
   Setting("Port Sentry") = RegistryValue::Dword(portSentry);

@@ -12,13 +12,8 @@
 namespace tallowin::test {
 
 struct Program {
-  explicit Program(FakeHost& onHost, std::string commandLine = {},
-                   const core::Endpoints& endpoints = {})
-      : Program(onHost, onHost.Host(), std::move(commandLine), endpoints) {}
-  /// With parts of another host in place of the fakes.
-  Program(FakeHost& onHost, const platform::Host& mixed, std::string commandLine,
-          const core::Endpoints& endpoints)
-      : host(onHost), tallowin(mixed, questions, std::move(commandLine), endpoints) {}
+  explicit Program(FakeHost& onHost, std::string commandLine = {})
+      : host(onHost), tallowin(host.Host(), questions, std::move(commandLine)) {}
 
   FakeHost& host;
   ScriptedQuestions questions;
@@ -42,12 +37,36 @@ struct Program {
     return lines;
   }
 
-  /// A caller reaches the listener of `port`, as an event.
   void Call(int port, const std::string& address = "192.0.2.7") {
     auto* listener = host.sockets.ListeningOn(port);
     ASSERT_TRUE(listener != nullptr) << "nobody listens on " << port;
     listener->remoteIP = address;
     host.loop.Deliver([&] { listener->events.ConnectionRequest(1); });
+  }
+};
+
+/// With one program, which a test starts when its registry is as it needs it.
+struct ProgramTest : testing::Test {
+  FakeHost host;
+  std::unique_ptr<Program> program;
+  std::size_t start = 0;  ///< how many lines of the log come from the start
+
+  void Up(std::uint32_t portSentry = 0, std::uint32_t verbose = 0) {
+    host.ImportPresets(portSentry, verbose);
+    Start();
+  }
+  void Start() {
+    program = std::make_unique<Program>(host);
+    program->Start();
+    start = program->Log().size();
+  }
+  core::MainForm& Main() { return program->tallowin.MainForm(); }
+  core::Options& Options() { return program->tallowin.Options(); }
+  /// What has been logged since the start, or since the last call.
+  std::vector<std::string> NewLines() {
+    auto lines = program->Log(start);
+    start += lines.size();
+    return lines;
   }
 };
 

@@ -18,9 +18,8 @@ struct HuntTest : testing::Test {
   core::TallowinModule module{host.paths, host.system};
   analysis::ReadFile readFile{misc, host.files};
   analysis::TrojanDetect detect{misc, readFile, host.loop};
-  analysis::ModList9x modList9x{host.processes, module};
+  analysis::ModList9x modList9x{host.processes, module, misc};
   OffendingProcessHunt hunt{{.misc = misc,
-                             .module = module,
                              .readFile = readFile,
                              .trojanDetect = detect,
                              .modList9x = modList9x,
@@ -67,15 +66,6 @@ TEST_F(HuntTest, CopiesAreKnownByTheirContentsAndEachIsAskedAboutByItself) {
   EXPECT_EQ(questions.asked[1].style, MessageBoxStyle::YesNoQuestion);
 }
 
-TEST_F(HuntTest, NothingToHuntAsksNothing) {
-  Run(11, "/no/such/file");
-  for (std::string file : {std::string(), std::string("/gone"), offender}) {
-    hunt.HuntOffendingProcess(file);
-    EXPECT_EQ(file, "");
-  }
-  EXPECT_TRUE(questions.asked.empty());
-}
-
 TEST_F(HuntTest, WhatIsNoPathOfAFileMatchesNothing) {
   // A process may be called like a pattern, or like a file that lies below the current folder.
   Run(11, "*");
@@ -97,16 +87,6 @@ TEST_F(HuntTest, AMissingFileDoesNotEqualOneWhoseChecksumIs0) {
   std::string file = zero;
   hunt.HuntOffendingProcess(file);
   EXPECT_EQ(host.processes.terminated, Ids{13});
-}
-
-TEST_F(HuntTest, AFileThatGoesBeforeItIsReadIsNotFound) {
-  struct VanishingFiles : test::FakeFiles {
-    [[nodiscard]] platform::FileContents Read(std::string_view path) override {
-      std::filesystem::remove(path);
-      return FakeFiles::Read(path);
-    }
-  } files;
-  EXPECT_EQ(analysis::ReadFile(misc, files).ReadFileAsText(offender), "");
 }
 
 TEST_F(HuntTest, WithoutASnapshotTheFileStaysForTheNextHunt) {
@@ -155,17 +135,6 @@ TEST_F(HuntTest, WhatCannotBeReadIsToldAtEveryHunt) {
   Run(11, host.folder.Path() + "/one");
   hunt.HuntOffendingProcess(file);
   EXPECT_EQ(questions.asked.size(), 3U);
-}
-
-TEST_F(HuntTest, WhereSnapshotsCarryNoPathsTheModulesTell) {
-  host.system.version = {2, 5, 0};
-  host.processes.running = {{.processId = 8, .exeFile = "bare"},
-                            {.processId = 21, .exeFile = "bare"}};
-  host.processes.modules[21] = {{1, offender}};
-  questions.answers = {Answer::Yes, Answer::No};
-  std::string file = offender;
-  hunt.HuntOffendingProcess(file);
-  EXPECT_EQ(host.processes.terminated, Ids{21});
 }
 
 TEST_F(HuntTest, TheEndOfTheProgramIsNoError) {

@@ -42,7 +42,6 @@ struct TrojanSentryTest : testing::Test {
   [[nodiscard]] std::string& Ini(const std::string& place) { return host.iniFiles.values[place]; }
   void Tick() { host.loop.Tick(std::chrono::milliseconds(300)); }
   [[nodiscard]] bool Runs() const { return host.loop.Ticks(std::chrono::milliseconds(300)); }
-  /// The lines of the log without their stamps, and the log emptied.
   std::string TakeLog() {
     std::string text = mainForm.Status.Text();
     mainForm.Status.SetText("");

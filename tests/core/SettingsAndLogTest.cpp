@@ -1,21 +1,120 @@
-#include "core/StatusLog.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "core/LineRoutines.h"
+#include "core/SettingsStore.h"
+#include "core/StatusLog.h"
+#include "support/ErrorOf.h"
 #include "support/FakeHost.h"
 
 namespace tallowin::core {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
+using platform::RegistryValue;
+using test::ErrorOf;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::UnorderedElementsAre;
+
+struct SettingsStoreTest : testing::Test {
+  test::FakeHost host;
+  MainForm mainForm;
+  Options options;
+  SettingsStore store{host.registry, mainForm, options};
+};
+
+TEST_F(SettingsStoreTest, ANumberThatCannotBeReadEndsTheLoadRightThere) {
+  host.ImportPresets(1, 0);
+  for (int slot = 1; slot <= 15; ++slot) {
+    host.Port(slot, "Socket Number") = RegistryValue::Dword(1000U + static_cast<unsigned>(slot));
+    host.Port(slot, "Port Description") = RegistryValue::Text("new");
+  }
+  host.Port(3, "Socket Number") = RegistryValue::Dword(70000);
+  store.PortSettings(3).PortDescription = "old";
+  EXPECT_EQ(ErrorOf([&] { store.LoadPortSettings(); }), 6);
+  EXPECT_EQ(store.PortSettings(2).SocketNumber, 1002);
+  EXPECT_EQ(store.PortSettings(3).SocketNumber, 0);
+  EXPECT_EQ(store.PortSettings(3).PortDescription, "old");
+  EXPECT_EQ(store.PortSettings(4), PortSetting{});
+
+  host.Port(3, "Socket Number") = RegistryValue::Text(" 1003 ");
+  host.Port(3, "Visual Warning") = RegistryValue::Text("yes");
+  EXPECT_EQ(ErrorOf([&] { store.LoadPortSettings(); }), 13);
+  EXPECT_EQ(store.PortSettings(3).SocketNumber, 1003) << "a text that is a number is one";
+  EXPECT_EQ(store.PortSettings(3).PortDescription, "new");
+  EXPECT_EQ(store.PortSettings(4), PortSetting{});
+}
+
+TEST_F(SettingsStoreTest, EachBoxRunsItsHandlerOnceInOrderForZeroAsForOne) {
+  host.ImportPresets(1, 1);
+  std::string order;
+  auto note = [&](forms::CheckBox& box, char letter) {
+    box.OnClick = [&order, &box, letter] { order += {letter, char('0' + box.Value())}; };
+  };
+  note(options.VerboseChk, 'v');
+  note(options.PortChk, 'p');
+  note(options.ActiveMonChk, 't');
+  note(options.OnTopChk, 'o');
+  note(options.SyncTimeChk, 's');
+  note(options.IdentDChk, 'i');
+  store.LoadSettings();
+  EXPECT_EQ(order, "v1p1t0o0s0i0");
+
+  order.clear();
+  host.Setting("Always On Top") = RegistryValue::Dword(1);
+  store.LoadSettings();
+  EXPECT_EQ(order, "o1") << "only what differs";
+  EXPECT_TRUE(mainForm.TopMost());
+  host.Setting("Always On Top") = RegistryValue::Dword(0);
+  store.LoadSettings();
+  EXPECT_TRUE(mainForm.TopMost()) << "the load alone does not take it away";
+}
+
+TEST_F(SettingsStoreTest, TheTableIsWrittenWholeAndBackedUpByValue) {
+  host.ImportPresets(1, 0);
+  const PortSetting full{.SocketNumber = 32767,
+                         .PortDescription = "d",
+                         .PacketToSend = "line\r\nline",
+                         .Action = action::kChat,
+                         .SoundSiren = 1,
+                         .VisualWarning = 2,
+                         .WhoisHacker = 3,
+                         .TraceRouteHacker = 4,
+                         .ShutDown = 5,
+                         .HangUpModem = -6};
+  store.PortSettings(15) = full;
+  store.BackupPortSettings(true);
+  store.SavePortSettings();
+  store.PortSettings(15) = PortSetting{};
+  store.LoadPortSettings();
+  EXPECT_EQ(store.PortSettings(15), full);
+  store.PortSettings(15) = PortSetting{};
+  store.BackupPortSettings(false);
+  EXPECT_EQ(store.PortSettings(15), full);
+  EXPECT_EQ(ErrorOf([&] { store.PortSettings(16); }), 9);
+  EXPECT_EQ(ErrorOf([&] { store.PortSettings(-1); }), 9);
+}
+
+TEST_F(SettingsStoreTest, WhatANumberIs) {
+  const std::vector<std::pair<Variant, int>> numbers = {
+      {{}, 0},       {"-5", -5},   {"+7", 7},          {"2.5", 2},     {"3.5", 4},
+      {"1e3", 1000}, {"&H10", 16}, {"&hFFFF", -1},     {32767, 32767}, {" 8 ", 8},
+      {"5-", -5},    {"(6)", -6},  {"-$1,000", -1000}, {"1d2", 100},   {"&17", 15},
+      {"\t.5", 0},   {"3.", 3},    {"$ +4", 4},        {"1e-999", 0},
+  };
+  for (const auto& [value, expected] : numbers) EXPECT_EQ(ToInteger(value), expected);
+  for (const char* text :
+       {"",  " ", "x",  "1x",   "1 2", "&H",  "&HG", "inf", "nan", "--1", "+-5",  "0x10",
+        "-", ".", "1e", "(-5)", "(5",  "-5-", ",1",  "$$1", "&",   "&8",  "1.2.3"}) {
+    EXPECT_EQ(ErrorOf([&] { (void)ToInteger(text); }), 13) << text;
+  }
+  for (const Variant& value :
+       {Variant(32768), Variant(-32769), Variant("1e400"), Variant("&H8000000")}) {
+    EXPECT_EQ(ErrorOf([&] { (void)ToInteger(value); }), 6) << ToText(value);
+  }
+}
 
 struct StatusLogTest : testing::Test {
   test::FakeHost host;
@@ -100,27 +199,6 @@ TEST_F(StatusLogTest, OnlyTheLengthOfTheNewLineRotates) {
   EXPECT_THAT(mainForm.Status.Text(), Not(HasSubstr("xxx")));
 }
 
-TEST_F(StatusLogTest, FilesAndTheCommandsOnThem) {
-  log.LogStatus("kept", true);
-  log.WriteLogFile(mainForm.Status.Text());
-  EXPECT_EQ(File(), std::string("Tallowin Log - https://tallowin.marrowind.example/ - 9-16-2000 "
-                                "9:41:07 PM\r\n") +
-                        stamp + "kept\r\n\r\n");
-  EXPECT_THAT(mainForm.Status.Text(), EndsWith(":Wrote Log To File: " + host.folder.Path() +
-                                               "/Logs/Log 9_16_2000 9_41_07 PM.log\r\n"));
-
-  log.ClearLog();
-  EXPECT_EQ(mainForm.Status.Text(), "");
-  EXPECT_THAT(File(), HasSubstr("kept"));
-  EXPECT_THAT(Files(), ElementsAre("Log 9_16_2000 9_41_07 PM.log")) << "one a second";
-
-  std::ofstream(host.folder.Path() + "/Logs/notes.txt") << "mine";
-  std::ofstream(host.folder.Path() + "/Logs/OLD.LOG") << "any case";
-  fs::create_directory(host.folder.Path() + "/Logs/folder.log");
-  log.RemoveLogFiles();
-  EXPECT_THAT(Files(), UnorderedElementsAre("folder.log", "notes.txt"));
-}
-
 TEST_F(StatusLogTest, AFolderThatCannotBeMadeIsPassedOver) {
   std::ofstream(host.folder.Path() + "/Logs") << "in the way";
   log.WriteLogFile("text");
@@ -140,23 +218,6 @@ TEST(LineRoutines, CountAndGet) {
   EXPECT_EQ(GetLine("a\nb", 1), "ab");
   EXPECT_EQ(GetLine("a", 0), "");
   EXPECT_EQ(GetLine("a", 9), "");
-}
-
-TEST(LineRoutines, TheTailIsWhatGetLineGivesFromTheStart) {
-  // Every text of up to six pieces, so with line ends of all kinds, empty lines, none at all.
-  const std::string_view pieces[] = {"a", "\r", "\n", "\r\n"};
-  for (unsigned number = 0; number < 4U * 4 * 4 * 4 * 4 * 4; ++number) {
-    std::string text;
-    for (unsigned rest = number; rest > 0; rest /= 4) text += pieces[rest % 4];
-    for (const std::size_t back : {0U, 1U, 2U, 3U, 20U}) {
-      std::vector<std::string> expected;
-      const std::size_t count = CountLines(text);
-      for (std::size_t i = count - back; count >= back && i <= count; ++i) {
-        expected.push_back(GetLine(text, i));
-      }
-      ASSERT_EQ(LastLines(text, back), expected) << testing::PrintToString(text) << " " << back;
-    }
-  }
 }
 
 }  // namespace
