@@ -27,6 +27,7 @@ def enter_own_network():
         own = ["unshare", "--mount", "--net"]
         own += ["--user", "--map-root-user"] if kind == "user" else []
         trial = "mount -t tmpfs none /run && ip netns add a && ip -n a link add name v type veth"
+        trial += " && echo 1 > /proc/sys/net/ipv4/ip_forward"
         tried = subprocess.run([*own, "sh", "-c", trial], capture_output=True, check=False)
         if tried.returncode == 0:
             os.environ[INSIDE] = kind

@@ -16,9 +16,10 @@ import time
 import unittest
 from pathlib import Path
 
-DEADLINE = 15.0  # seconds; generous, since nothing waits for it when all is well
-SETTINGS = r"HKEY_CURRENT_USER\Software\Marrowind Software\Tallowin\Settings"
-PORTS = r"HKEY_CURRENT_USER\Software\Marrowind Software\Tallowin\Ports\Setting "
+DEADLINE = 60.0  # seconds; generous, since nothing waits for it when all is well
+SUITE = r"HKEY_CURRENT_USER\Software\Marrowind Software\Tallowin"
+SETTINGS = SUITE + r"\Settings"
+PORTS = SUITE + r"\Ports\Setting "
 REFUSE = "Don't accept connection"
 SEND = "Accept connection send packet then disconnect"
 CHAT = "Let me talk to the hacker"
@@ -187,6 +188,14 @@ class Program:
     def _read_errors(self):
         self.errors = self.process.stderr.read()
 
+    def take_messages(self):
+        """Gives the messages so far and forgets them, for a program that runs long."""
+        with self._changed:
+            taken = list(self.messages)
+            self.messages.clear()
+            self.lines.clear()
+        return taken
+
     def wait_for(self, wanted, count=1, start=0, deadline=DEADLINE):
         """Waits for lines with this message, and gives the index of the last of them."""
         end = time.monotonic() + deadline
@@ -255,9 +264,14 @@ class Home:
         self.program = self.path / "program"
         self.program.mkdir()
         source = Path(os.environ["TALLOWIN_BIN"])
-        for name in ("tallowin-console", "tallowin-reg", "defaults.reg", "hacker.wav",
-                     "trojan.wav"):
+        for name in ("tallowin-console", "tallowin-reg", "hacker.wav", "trojan.wav"):
             place_file(source / name, self.program / name)
+        # A first start imports nothing but the key: the ports of the real presets are for the tests
+        # that ask for them.
+        self.presets = self.path / "presets.reg"
+        place_file(source / "defaults.reg", self.presets)
+        self.imported = self.program / "defaults.reg"
+        self.imported.write_text(f"REGEDIT4\n[{SUITE}]\n", encoding="ascii")
         for folder in ("config", "data", "state", "cache", "runtime"):
             (self.path / folder).mkdir(mode=0o700)
         self.environment = {
@@ -304,8 +318,13 @@ class Home:
             raise AssertionError(f"tallowin-reg {arguments}: {result.stderr.decode()}")
         return result
 
+    def place_presets(self):
+        """For a first start, and for the button "Load Defaults"."""
+        self.imported.unlink()
+        place_file(self.presets, self.imported)
+
     def import_presets(self):
-        self.reg("import", str(self.program / "defaults.reg"))
+        self.reg("import", str(self.presets))
 
     def write(self, keys):
         """Writes {key: {name: number, text, or None to delete}}."""
@@ -365,6 +384,24 @@ def log_text(file):
     assert header.startswith(b"Tallowin Log - "), header
     assert text.endswith(b"\r\n"), text[-80:]
     return text[:-2].decode("utf-8", "surrogateescape")
+
+
+def rows_of(program, form, view):
+    """The rows of a list, without their numbers."""
+    lines = program.ask(f"show {form}", deadline=4 * DEADLINE)
+    rows = lines[lines.index(next(line for line in lines if line.startswith(f"{view}\t"))) + 2:]
+    end = next((i for i, line in enumerate(rows) if not line.startswith("\t")), len(rows))
+    return [row.split("\t")[2:] for row in rows[:end]]
+
+
+def run_sleeper(test, path):
+    """A copy of sleep that runs under its own path, with all its libraries, when this returns."""
+    process = subprocess.Popen([str(path), "1000"])
+    test.addCleanup(lambda: (process.kill(), process.wait()))
+    folder = Path(f"/proc/{process.pid}")
+    wait_until(lambda: os.readlink(folder / "exe") == str(path.resolve()) and
+               "(sleeping)" in (folder / "status").read_text(encoding="utf-8"), f"{path} sleeps")
+    return process
 
 
 class TestCase(unittest.TestCase):

@@ -3,7 +3,6 @@
 import socket
 import tempfile
 import threading
-import unittest
 from pathlib import Path
 
 from mails import MailServer

@@ -1,17 +1,16 @@
 """The program in a terminal, from its start to its end, with real callers."""
 
+import contextlib
 import os
 import re
-import shutil
 import signal
 import socket
 import struct
-import subprocess
 import unittest
 
 from tallowin_harness import (
-    CHAT, DEADLINE, PORTS, REFUSE, REFUSED, SEND, SENT, STAMP, TestCase, attempt, call,
-    free_ports, log_text, wait_until, without_stamps,
+    CHAT, DEADLINE, PORTS, REFUSE, REFUSED, SEND, SENT, SETTINGS, STAMP, SUITE, Path, TestCase,
+    attempt, call, free_ports, log_text, wait_until, without_stamps,
 )
 
 QUIET_START = [
@@ -24,8 +23,8 @@ QUIET_START = [
 
 
 class Start(TestCase):
-    def test_presets(self):
-        self.home.import_presets()
+    def test_first_start_imports_the_presets_and_no_later_one_does(self):
+        self.home.place_presets()
         program = self.start()
         # Another program on this machine may hold one of the preset ports.
         messages = [m for m in program.messages if not m.startswith("Error Initialising Port ")]
@@ -33,28 +32,23 @@ class Start(TestCase):
         self.assertIn("MainForm\tForm\t\thidden\tTallowin 1", program.ask("forms"))
         self.assertEqual(program.quit(), 0)
         self.assertEqual(program.errors, b"")
-
-    def test_without_settings(self):
+        self.home.reg("delete", SETTINGS)
+        self.home.reg("delete", f"{PORTS}1")
         program = self.start(until=None)
         self.assertEqual(program.get("Options.PortChk"), "2")
-        self.assertEqual(program.get("Options.IdentDTxt"), "Anonymous")
-        self.assertEqual(program.get("MainForm.portsntmnu"), "checked")
-        self.assertEqual(program.get("MainForm.Status"), "")
         self.assertEqual(program.quit(), 0)
+        self.assertNotIn(b"Setting 1]", self.home.reg("list", PORTS.rsplit("\\", 1)[0]).stdout)
 
-    def test_missing_values(self):
-        self.home.set_up({})
-        self.home.set_settings(IdentDReply=None)
-        program = self.start()
-        self.assertEqual(program.get("Options.IdentDTxt"), "Error: Querying Value!")
-        program.quit()
-        self.home.set_settings(Trojan_Sentry=None)
-        program = self.start(until="Port Sentry Activated")
-        self.assertEqual(program.messages, QUIET_START[:-2])
-        self.assertEqual(program.get("Options.PortChk"), "1")
-        self.assertEqual(program.get("Options.ActiveMonChk"), "2")
-        self.assertEqual(program.get("Options.IdentDChk"), "2")
-        self.assertEqual(program.get("Options.IdentDTxt"), "Anonymous")
+    def test_presets_that_cannot_be_imported_are_told_of_and_tried_again(self):
+        self.home.imported.unlink()
+        for spoilt in (b"", self.home.presets.read_bytes() + b"spoilt\r\n"):
+            if spoilt:
+                self.home.imported.write_bytes(spoilt)
+            program = self.start(until=None)
+            self.assertEqual(program.get("Options.PortChk"), "2")
+            program.quit()
+            self.assertRegex(program.errors, rb"^tallowin-console: the presets in .*\n$")
+            self.assertEqual(self.home.reg("list", SUITE, check=False).returncode, 1)
 
     def test_a_port_number_that_cannot_be_held_ends_the_table_there(self):
         first, third = free_ports(2)
@@ -106,14 +100,6 @@ class CommandLine(TestCase):
             "Verbose Mode Disabled", "Port Sentry Deactivated", "Trojan Sentry Deactivated",
             "IdentD Server Deactivated"])
         self.assertEqual(program.get("MainForm.portsntmnu"), "")
-
-    def test_disablemon(self):
-        self.home.set_up({}, Trojan_Sentry=1)
-        for arguments in (["-disablemon"], []):
-            program = self.start(*arguments)
-            self.assertEqual(program.get("Options.ActiveMonChk"), "0")
-            self.assertEqual(program.get("Options.PortChk"), "1")
-            program.quit()
 
     def test_help_ends_the_program_after_the_services_came_up(self):
         self.home.set_up({})
@@ -175,53 +161,6 @@ class Callers(TestCase):
         self.assertEqual(bare, ["----Connected Attempt Started----", "Resolve DNS Started",
                                 "Ping Started"] * 3)
 
-    def test_verbose(self):
-        ports = free_ports(2)
-        self.home.set_up({3: (ports[0], REFUSE, ""), 15: (ports[1], SEND, "")}, Verbose_Mode=1)
-        program = self.start()
-        self.assertEqual(program.messages, [
-            "Verbose Mode Enabled",
-            "Port Sentry Disactivated",
-            "Unloaded Array ID 3",
-            "Unloaded Array ID 15",
-            "Port Sentry Deactivated",
-            "Array ID 1 Not in use",
-            "Array ID 2 Not in use",
-            f"Port {ports[0]} Initialised",
-            *[f"Array ID {slot} Not in use" for slot in range(4, 15)],
-            f"Port {ports[1]} Initialised",
-            "Port Sentry Activated",
-            "Trojan Sentry Disabled",
-            "Trojan Sentry Deactivated",
-            "Always On Top Disabled",
-            "IdentD Server Deactivated",
-        ])
-        self.assertEqual(call(ports[1]), (b"", "end"))
-        program.wait_for("----Connected Attempt Ended----")
-        program.ask("click MainForm.portsntmnu")
-        self.assertEqual(program.messages[-5:-1], [
-            "Port Sentry Disactivated", "Unloaded Array ID 3", "Unloaded Array ID 15",
-            "Port Sentry Deactivated"])
-        with self.assertRaises(ConnectionRefusedError):
-            call(ports[0])
-
-    def test_a_changed_slot_counts_after_a_restart(self):
-        old, new = free_ports(2)
-        self.home.set_up({7: (old, REFUSE, "")})
-        program = self.start()
-        key = f"{PORTS}7"
-        self.home.write({key: {"Port Description": "new words"}})
-        call(old)
-        program.wait_for("Description Of This Port: new words")  # read at each attempt
-        self.home.write({key: {"Socket Number": new, "Action": SEND, "Packet To Send": "Hello."}})
-        program.quit()
-        program = self.start()
-        self.assertEqual(call(new), (b"Hello.", "end"))
-        program.wait_for("----Connected Attempt Ended----")
-        self.assertEqual(program.messages, QUIET_START + attempt(new, "new words", SENT))
-        with self.assertRaises(ConnectionRefusedError):
-            call(old)
-
     def test_chat(self):
         ports = free_ports(2)
         self.home.set_up({1: (ports[0], CHAT, ""), 2: (ports[1], CHAT, "")})
@@ -265,6 +204,8 @@ class Callers(TestCase):
     def call_while_it_stands_still(self, program, port, data):
         """So that the caller's data is there before the program takes the call."""
         os.kill(program.process.pid, signal.SIGSTOP)
+        stat = Path(f"/proc/{program.process.pid}/stat")
+        wait_until(lambda: ") T " in stat.read_text("utf-8"), "standstill")
         caller = socket.create_connection(("127.0.0.1", port), timeout=DEADLINE)
         self.addCleanup(caller.close)
         caller.sendall(data)
@@ -295,32 +236,44 @@ class Callers(TestCase):
             wait_until(lambda: " bytes)" in "".join(program.ask("show ChatWindow")), "the chat")
             program.ask("set ChatWindow.SendBox " + "y" * 100_000,
                         *["click ChatWindow.SendButton"] * 20)
-        for _ in range(50):  # at once away again
-            socket.create_connection(("127.0.0.1", sending), timeout=DEADLINE).close()
+        for _ in range(50):
+            # At once away again. Who comes while another is being answered is reset, and on a busy
+            # machine before he has seen himself connected.
+            with contextlib.suppress(ConnectionResetError):
+                socket.create_connection(("127.0.0.1", sending), timeout=DEADLINE).close()
         self.call_while_it_stands_still(program, sending, b"z" * 3000)
         program.wait_for("----Connected Attempt Ended----", count=53)
         self.assertEqual(program.quit(), 0)
 
-    def test_tools_that_callers_use(self):
-        ports = free_ports(2)
-        self.home.set_up({1: (ports[0], REFUSE, ""), 2: (ports[1], SEND, "Be gone.")})
+
+class Simulation(TestCase):
+    def simulate(self, program):
+        self.assertEqual(program.ask("click MainForm.simhack", "ok")[0], "[?] Tallowin")
+
+    def wait_until_it_can_be_chosen(self, program):
+        wait_until(lambda: "disabled" not in next(
+            line for line in program.ask("show MainForm") if line.startswith("simhack\t")), "simhack")
+
+    def test_the_first_used_slot_is_called_again_and_again(self):
+        port, other = free_ports(2)
+        for action, treatment in ((REFUSE, REFUSED), (SEND, SENT)):
+            with self.subTest(action):
+                self.home.set_up({4: (port, action, "Go away."), 5: (other, SEND, "x")})
+                program = self.start()
+                for run in (1, 2):
+                    self.simulate(program)
+                    program.wait_for("----Connected Attempt Ended----", count=run)
+                    self.wait_until_it_can_be_chosen(program)
+                self.assertEqual(program.messages.count(f"Connection Attempted On Port {port}"), 2)
+                self.assertEqual(program.messages.count(treatment[0]), 2)
+                program.quit()
+
+    def test_a_closed_port_is_silent(self):
+        self.home.set_up({1: (free_ports(1)[0], SEND, "x")})
         program = self.start()
-        ended = 0
-        if shutil.which("nmap"):
-            wanted = f"-p{ports[0]},{ports[1]}"
-            scan = subprocess.run(["nmap", "-n", "-Pn", "-sT", wanted, "127.0.0.1"],
-                                  capture_output=True, text=True, timeout=30, check=True).stdout
-            for port in ports:
-                self.assertRegex(scan, rf"{port}/tcp +open")
-            ended += 2
-        if shutil.which("nc"):
-            answer = subprocess.run(["nc", "127.0.0.1", str(ports[1])], stdin=subprocess.DEVNULL,
-                                    capture_output=True, timeout=DEADLINE, check=False).stdout
-            self.assertEqual(answer, b"Be gone.")
-            ended += 1
-        if ended == 0:
-            self.skipTest("neither nmap nor nc is installed")
-        program.wait_for("----Connected Attempt Ended----", count=ended)
+        program.ask("click Form1.disableprotectmnu")
+        self.simulate(program)
+        self.wait_until_it_can_be_chosen(program)
 
 
 class Log(TestCase):
@@ -350,49 +303,6 @@ class Log(TestCase):
         self.assertEqual(self.home.logs(), [])
         self.assertTrue((self.home.program / "Logs" / "kept.txt").exists())
 
-    def logged(self, port, length):
-        """The program after a call whose description makes a line of this length."""
-        program = self.start()
-        stamp = len(STAMP.match(program.lines[0]).group())
-        text = "d" * (length - stamp - len("Description Of This Port: "))
-        self.home.write({f"{PORTS}1": {"Port Description": text}})
-        call(port)
-        program.wait_for("----Connected Attempt Ended----")
-        return program, f"Description Of This Port: {text}"
-
-    def status(self, program):
-        return without_stamps(program.get("MainForm.Status").split("\\r\\n"))
-
-    def test_long_lines(self):
-        port = free_ports(1)[0]
-        self.home.set_up({1: (port, REFUSE, "")})
-        opening = [*QUIET_START, *attempt(port, "", [])[:3]]
-        rest = [*attempt(port, "", REFUSED)[4:], ""]
-
-        with self.subTest("shorter than the limit"):
-            program, line = self.logged(port, 9999)
-            self.assertEqual(self.status(program), [*opening, line, *rest])
-            program.quit()
-
-        fresh = ["Status Continued From Last Log", "---"]
-        old = [*opening, "End Of Log... Continued In Next File", ""]
-        with self.subTest("at the limit"):
-            program, line = self.logged(port, 10000)
-            self.assertEqual(self.status(program), [*fresh, line, *rest])
-            self.assertEqual(without_stamps(log_text(self.home.logs()[-1]).split("\r\n")), old)
-            program.quit()
-
-        with self.subTest("beyond the limit"):
-            program, line = self.logged(port, 10001)
-            self.assertEqual(self.status(program), [*fresh, *rest])
-            written = [m.split(": ", 1)[1] for m in program.messages if m.startswith("Wrote Log")]
-            self.assertEqual(len(written), 2)
-            logs = {str(log): without_stamps(log_text(log).split("\r\n")) for log in
-                    self.home.logs()}
-            self.assertEqual(logs[written[0]], [line])
-            self.assertEqual(logs[written[1]][-2:], old[-2:])
-
-
 class End(TestCase):
     def test_exit_asks(self):
         self.home.set_up({})
@@ -419,16 +329,6 @@ class End(TestCase):
                 self.assertEqual(program.wait_end(), 0)
                 self.assertRegex(program.messages[-1], "^Wrote Log To File: ")
                 self.assertGreaterEqual(len(self.home.logs()), max(before, 1))
-
-    def test_a_switch_of_the_menu_is_stored_at_once(self):
-        self.home.set_up({})
-        program = self.start()
-        program.ask("set Options.VerboseChk 1", "click MainForm.portsntmnu")
-        os.kill(program.process.pid, signal.SIGKILL)
-        program.wait_end()
-        program = self.start()
-        self.assertEqual(program.messages[0], "Verbose Mode Enabled")
-        self.assertEqual(program.get("Options.PortChk"), "0")
 
 
 if __name__ == "__main__":

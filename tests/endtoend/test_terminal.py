@@ -6,7 +6,9 @@ import signal
 import subprocess
 import unittest
 
-from tallowin_harness import REFUSE, SETTINGS, TestCase, call, free_ports, wait_until
+from tallowin_harness import (
+    DEADLINE, REFUSE, SETTINGS, TestCase, call, free_ports, wait_until,
+)
 
 
 class Terminal(TestCase):
@@ -17,7 +19,7 @@ class Terminal(TestCase):
         file.write_text("click MainForm.portsntmnu\nquit\n", encoding="ascii")
         with file.open("rb") as commands:
             done = subprocess.run([str(self.home.program / "tallowin-console")], stdin=commands,
-                                  env=self.home.environment, capture_output=True, timeout=20,
+                                  env=self.home.environment, capture_output=True, timeout=DEADLINE,
                                   check=False)
         self.assertEqual(done.returncode, 0)
         self.assertIn(b"Port Sentry Deactivated", done.stdout.splitlines()[-2])
@@ -40,7 +42,7 @@ class Terminal(TestCase):
         for _ in range(300):  # some 150 KB of status lines, more than a pipe holds
             self.assertEqual(call(port), (b"", "reset"))
         process.send_signal(signal.SIGTERM)
-        self.assertEqual(process.wait(10), 0)
+        self.assertEqual(process.wait(DEADLINE), 0)
         self.assertEqual(len(self.home.logs()), 1)
 
     def test_closed_descriptors_are_no_place_for_files_of_the_program(self):

@@ -158,7 +158,7 @@ class Traces(unittest.TestCase):
         self.addCleanup(self.resolver.write_text, "nameserver 127.0.0.1\n")
         begun = time.monotonic()
         self.assertEqual(self.ask("lookup", "10.77.3.2")[1], ["Lookup failed"])
-        self.assertLess(time.monotonic() - begun, 5)
+        self.assertLess(time.monotonic() - begun, 9, "of 10 that the resolver takes by itself")
 
 
 if __name__ == "__main__":
