@@ -6,7 +6,7 @@
 //     AttemptRate PROGRAM-FOLDER [ATTEMPTS [ATTEMPTS-FOR-MEMORY]]
 //
 // The folder holds tallowin-console and tallowin-reg. The log lines of all go to /dev/null, and for
-// the memory to a reader that counts them.
+// the memory to a reader that counts them. Prints one JSON object a line.
 
 #include <arpa/inet.h>
 #include <fcntl.h>
@@ -208,8 +208,10 @@ struct Cost {
     rate += AttemptsPerSecond(port, attempts) / kTurns;
     microseconds += End(process) * 1e6 / attempts / kTurns;
   }
-  void Print(const char* who) const {
-    std::printf("  %-30s %8.0f /s  %6.0f us of processor time each\n", who, rate, microseconds);
+  void Print(const char* treatment, const char* who) const {
+    std::printf(R"({"name": "%s, %s", "per_second": %.0f, "cpu_seconds": %.7f})"
+                "\n",
+                treatment, who, rate, microseconds / 1e6);
   }
 
   static constexpr int kTurns = 3;  // in turns, so that all see the same machine
@@ -276,10 +278,9 @@ void Compare(const Home& home, const Treatment& treatment, int attempts) {
     home.UseSlot(port, treatment.action);
     ours.Add(home.Start(), port, attempts);
   }
-  std::printf("%s\n", treatment.name);
-  bare.Print("bare loop");
-  bareWithTools.Print("bare loop with name and echo");
-  ours.Print("tallowin-console");
+  bare.Print(treatment.name, "bare loop");
+  bareWithTools.Print(treatment.name, "bare loop with name and echo");
+  ours.Print(treatment.name, "tallowin-console");
 }
 
 long ResidentBytes(pid_t process) {
@@ -328,10 +329,10 @@ void PrintMemory(const Home& home, const Treatment& treatment, int attempts) {
   const long grown = ResidentBytes(process) - before;
   const long textGrown = text.Bytes() - textBefore;
   std::printf(
-      "%d attempts, %s: %.1f MB resident before, %.1f MB more after, %.1f MB of it text of "
-      "the log; the rest is %.0f bytes for each attempt\n",
-      attempts, treatment.name, static_cast<double>(before) / 1e6, static_cast<double>(grown) / 1e6,
-      static_cast<double>(textGrown) / 1e6, static_cast<double>(grown - textGrown) / attempts);
+      R"({"name": "memory, %s", "attempts": %d, "before": %ld, "grown": %ld, "text": %ld, "each": %.1f})"
+      "\n",
+      treatment.name, attempts, before, grown, textGrown,
+      static_cast<double>(grown - textGrown) / attempts);
   End(process);
 }
 

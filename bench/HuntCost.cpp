@@ -2,12 +2,7 @@
 // processes more than the machine has anyway beside reading each distinct program file once.
 
 #include <benchmark/benchmark.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -16,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "Sleepers.h"
 #include "analysis/SuspiciousWords.h"
 #include "core/TallowinModule.h"
 #include "platform/linux/LinuxFiles.h"
@@ -52,7 +48,7 @@ struct Machine {
   core::TallowinModule module{paths, system};
   analysis::ReadFile readFile{misc, files};
   analysis::TrojanDetect detect{misc, readFile, loop};
-  analysis::ModList9x modList9x{processes, module};
+  analysis::ModList9x modList9x{processes, module, misc};
 };
 
 /// The bytes of this machine's programs and libraries, up to 256 MB, the large ones repeated.
@@ -112,46 +108,12 @@ void CopyInMemory(benchmark::State& state) {
 }
 BENCHMARK(CopyInMemory)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-/// Sleepers, 50 to each copy of the program.
-class Sleepers {
- public:
-  explicit Sleepers(const std::string& folder) {
-    for (int copy = 0; copy < kCopies; ++copy) {
-      std::string path = folder + "/sleeper" + std::to_string(copy);
-      fs::copy_file(fs::canonical("/bin/sleep"), path);
-      std::ofstream(path, std::ios::app) << copy;
-      for (int i = 0; i < kOfEach; ++i) Start(path);
-    }
-  }
-  Sleepers(const Sleepers&) = delete;
-  Sleepers& operator=(const Sleepers&) = delete;
-  ~Sleepers() {
-    for (const pid_t id : ids_) kill(id, SIGKILL);
-    for (const pid_t id : ids_) waitpid(id, nullptr, 0);
-  }
-
- private:
-  static constexpr int kCopies = 6;
-  static constexpr int kOfEach = 50;
-
-  void Start(std::string& path) {
-    std::string time = "1000";
-    std::array<char*, 3> arguments = {path.data(), time.data(), nullptr};
-    pid_t id = 0;
-    if (posix_spawn(&id, path.c_str(), nullptr, nullptr, arguments.data(), environ) == 0) {
-      ids_.push_back(id);
-    }
-  }
-  std::vector<pid_t> ids_;
-};
-
 void Hunt(benchmark::State& state) {
   Machine machine;
-  const Sleepers sleepers(machine.folder.Path());
+  const bench::Sleepers sleepers(machine.folder.Path(), 300);
   const std::string offender = machine.folder.Path() + "/offender";
   std::ofstream(offender) << "nothing that runs";
   trojansentry::OffendingProcessHunt hunt({.misc = machine.misc,
-                                           .module = machine.module,
                                            .readFile = machine.readFile,
                                            .trojanDetect = machine.detect,
                                            .modList9x = machine.modList9x,
@@ -169,7 +131,7 @@ BENCHMARK(Hunt)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void ReadEachProgramOnce(benchmark::State& state) {
   Machine machine;
-  const Sleepers sleepers(machine.folder.Path());
+  const bench::Sleepers sleepers(machine.folder.Path(), 300);
   std::size_t bytes = 0;
   std::size_t files = 0;
   for (auto _ : state) {
@@ -191,7 +153,7 @@ BENCHMARK(ReadEachProgramOnce)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void SnapshotAlone(benchmark::State& state) {
   Machine machine;
-  const Sleepers sleepers(machine.folder.Path());
+  const bench::Sleepers sleepers(machine.folder.Path(), 300);
   for (auto _ : state) benchmark::DoNotOptimize(machine.processes.Snapshot());
 }
 BENCHMARK(SnapshotAlone)->Unit(benchmark::kMillisecond)->UseRealTime();

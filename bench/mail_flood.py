@@ -6,10 +6,12 @@
 The program stands still while a mail is sent, so this takes the product of both. Fails if a caller,
 a line of the log or a mail is lost, or if the program does not answer by itself at the end. A caller
 who comes in the middle of another on the same port is turned away, but told of like any other.
+Prints a JSON object, and what happens meanwhile to the standard error.
 """
 
 import argparse
 import collections
+import json
 import os
 import resource
 import selectors
@@ -80,7 +82,7 @@ def resident_megabytes(pid):
 
 
 def say(begin, text):
-    print(f"{time.monotonic() - begin:7.0f} s  {text}", flush=True)
+    print(f"{time.monotonic() - begin:7.0f} s  {text}", file=sys.stderr, flush=True)
 
 
 def wait_for_all(program, callers, options):
@@ -90,7 +92,7 @@ def wait_for_all(program, callers, options):
     while program.messages.count(WELL) < options.calls:
         if time.monotonic() > end or program.process.poll() is not None:
             raise SystemExit("lost: " + "\n".join(program.lines[-30:]))
-        callers.serve(1.0) if callers.waiting() else time.sleep(1)
+        callers.serve(0.05) if callers.waiting() else time.sleep(0.05)
         most = max(most, resident_megabytes(program.process.pid))
         if time.monotonic() - told >= 60:
             told = time.monotonic()
@@ -109,7 +111,8 @@ def check(program, callers, server, options):
     ended = program.quit() == 0
     mails = server.all()
     print(f"callers: {dict(callers.outcomes)}, the last after {callers.slowest:.0f} s; log: "
-          f"{counts}; mails: {len(mails)}; a command is answered in {seconds * 1000:.0f} ms")
+          f"{counts}; mails: {len(mails)}; a command is answered in {seconds * 1000:.0f} ms",
+          file=sys.stderr)
     if callers.outcomes[SERVED] + callers.outcomes[TURNED_AWAY] != options.calls:
         yield "callers"
     if set(counts.values()) != {options.calls}:
@@ -137,9 +140,9 @@ def flood(home, options):
     callers = Callers(port, options.calls)
     taken, most = wait_for_all(program, callers, options)
     after = resident_megabytes(program.process.pid)
-    print(f"{options.calls} calls with mails of {options.seconds} s: {taken:.0f} s, which is "
-          f"{(taken / options.calls - options.seconds) * 1000:.1f} ms a call beside the mail; "
-          f"resident: {before:.1f} MB before, {most:.1f} MB at most, {after:.1f} MB after")
+    print(json.dumps({"name": "mail flood", "calls": options.calls, "mail_seconds": options.seconds,
+                      "seconds_each": taken / options.calls, "before_bytes": before * 2**20,
+                      "most_bytes": most * 2**20, "after_bytes": after * 2**20}))
     while callers.waiting():
         callers.serve(10)
     return list(check(program, callers, server, options))
@@ -161,7 +164,7 @@ def main():
         home.close()
     if lost:
         raise SystemExit("lost: " + ", ".join(lost))
-    print("nothing is lost")
+    print("nothing is lost", file=sys.stderr)
 
 
 if __name__ == "__main__":

@@ -4,9 +4,11 @@
     start_and_idle.py PROGRAM-FOLDER [SECONDS-OF-IDLING]
 
 Both programs are measured, the desktop one only where there is a display. Beside each start stands
-the time that the same machine takes to start a process which does nothing.
+the time that the same machine takes to start a process which does nothing. Prints one JSON object a
+line.
 """
 
+import json
 import os
 import shutil
 import statistics
@@ -95,15 +97,16 @@ def measure(home, program, seconds):
     cpu = (cpu_seconds(process.pid) - before) / seconds * 100
     memory = resident_megabytes(process.pid)
     end(process)
-    print(f"{program:17} start to listening: median {statistics.median(starts):6.1f} ms, "
-          f"worst {max(starts):6.1f} ms   idle: {cpu:.2f} % of a core   resident: {memory:.1f} MB")
+    print(json.dumps({"name": program, "start_seconds": statistics.median(starts) / 1000,
+                      "slowest_seconds": max(starts) / 1000, "idle_share": cpu / 100,
+                      "resident_bytes": memory * 2**20}), flush=True)
 
 
 def main():
     programs = sys.argv[1]
     seconds = float(sys.argv[2]) if len(sys.argv) > 2 else 30
     nothing = statistics.median(milliseconds_of_nothing() for _ in range(STARTS))
-    print(f"{'(nothing)':17} start and end:      median {nothing:6.1f} ms")
+    print(json.dumps({"name": "nothing", "start_seconds": nothing / 1000}))
     with tempfile.TemporaryDirectory() as home:
         wanted = ["tallowin-console"] + (["tallowin"] if os.environ.get("DISPLAY") else [])
         for name in ["tallowin-reg", "defaults.reg", *wanted]:
