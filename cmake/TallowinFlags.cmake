@@ -5,7 +5,8 @@ target_compile_features(tallowin_flags INTERFACE cxx_std_20)
 target_compile_options(tallowin_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Wnull-dereference -Werror
-  -fstack-protector-strong)
+  -fstack-protector-strong -fstack-clash-protection)
+target_compile_definitions(tallowin_flags INTERFACE _GLIBCXX_ASSERTIONS)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC 12 sees null pointers in inlined library code that are none.
@@ -21,9 +22,17 @@ if(TALLOWIN_SANITIZE)
                  -fno-omit-frame-pointer)
   target_compile_options(tallowin_flags INTERFACE ${sanitizers})
   target_link_options(tallowin_flags INTERFACE ${sanitizers})
+elseif(TALLOWIN_FUZZ)
+  # All of the suite, so that a fuzzer sees which way its bytes take.
+  set(fuzzing -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=vptr
+              -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_compile_options(tallowin_flags INTERFACE ${fuzzing} -O1 -g1)
+  target_link_options(tallowin_flags INTERFACE -fsanitize=address,undefined)
 else()
   target_link_options(tallowin_flags INTERFACE -Wl,-z,relro,-z,now)
 endif()
 
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported()
