@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/linux/IpStatisticsFiles.h"
@@ -13,7 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   std::vector<tallowin::platform::TcpRow> tcp;
   std::vector<tallowin::platform::UdpRow> udp;
-  if (linux_host::ReadTcpRows(text, tcp) != linux_host::ReadUdpRows(text, udp)) std::abort();
+  const std::unordered_set<std::uint32_t> except = {1055};
+  if (linux_host::ReadTcpRows(text, except, tcp) != linux_host::ReadUdpRows(text, except, udp)) {
+    std::abort();
+  }
   // The header is no row.
   if (tcp.size() != udp.size() || tcp.size() > linux_host::CountRows(text, 1)) std::abort();
   for (const auto& row : tcp) {

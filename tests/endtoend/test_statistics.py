@@ -67,8 +67,11 @@ class Statistics(TestCase):
             sockets.enter_context(socket.create_server(("::", 1028), family=socket.AF_INET6,
                                                        dualstack_ipv6=True))
             sockets.enter_context(socket.create_server(("::1", 1029), family=socket.AF_INET6))
-            for family, everybody in ((socket.AF_INET, "0.0.0.0"), (socket.AF_INET6, "::")):
-                sockets.enter_context(socket.create_server((everybody, 1030), family=family))
+            sockets.enter_context(socket.create_server(("::", 1030), family=socket.AF_INET6))
+            for port, only_ipv6 in ((1031, True), (1032, False)):
+                waits = sockets.enter_context(socket.socket(socket.AF_INET6, socket.SOCK_DGRAM))
+                waits.setsockopt(socket.IPPROTO_IPV6, socket.IPV6_V6ONLY, only_ipv6)
+                waits.bind(("::", port))
             for listener, port in ((plain, 1025), (mapped, 1026)):
                 sockets.enter_context(socket.create_connection(("127.0.0.1", port)))
                 sockets.enter_context(listener.accept()[0])
@@ -76,8 +79,9 @@ class Statistics(TestCase):
                 pass
             with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as nobody:
                 nobody.sendto(b"to nobody", ("127.0.0.1", 1027))
-                self.assertIn(["UDP", as_shown("%s:%d" % nobody.getsockname())],
-                              self.refreshed("NSview"))
+                # Whoever listens to IPv6 alone has no place among addresses of IPv4.
+                self.assertEqual([row[1] for row in self.refreshed("NSview") if row[0] == "UDP"],
+                                 ["0.0.0.0:1032", as_shown("%s:%d" % nobody.getsockname())])
             self.assertEqual(self.connections(), connections_of_ss())
             for here in ("127.0.0.1:1025", "0.0.0.0:1028"):
                 self.assertIn(("LISTEN", here, "0.0.0.0:"), connections_of_ss())

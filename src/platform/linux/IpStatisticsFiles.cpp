@@ -91,12 +91,13 @@ struct SocketRow {
   IpEndpoint local;
   IpEndpoint remote;
   std::uint32_t state = 0;  ///< as the kernel numbers it
-  bool anyIpv6 = false;     ///< waits at the unspecified address of IPv6
+  std::uint32_t inode = 0;
 };
 
-///   0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 ...
+///   0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000     0        0 1055
+///   ...
 std::optional<SocketRow> ReadSocketRow(std::string_view line) {
-  std::array<std::string_view, 4> fields;
+  std::array<std::string_view, 10> fields;
   for (std::string_view& field : fields) {
     SkipBlanks(line);
     field = line.substr(0, line.find(' '));
@@ -108,27 +109,22 @@ std::optional<SocketRow> ReadSocketRow(std::string_view line) {
   const auto local = EndpointFromHex(waits ? WithoutAnyIpv6(fields[1]) : fields[1]);
   const auto remote = EndpointFromHex(waits ? WithoutAnyIpv6(fields[2]) : fields[2]);
   const auto state = FromHex(fields[3]);
-  if (!fields[0].ends_with(':') || !local || !remote || !state) return {};
-  return SocketRow{.local = *local,
-                   .remote = *remote,
-                   .state = *state,
-                   .anyIpv6 = waits && fields[1].starts_with(kAnyIpv6)};
-}
-
-/// Nobody but IPv6 is met at a port that another socket has at all addresses of IPv4.
-template <typename Row>
-bool IsForIpv6Only(const SocketRow& row, const std::vector<Row>& rows) {
-  return row.anyIpv6 && std::any_of(rows.begin(), rows.end(),
-                                    [&](const Row& other) { return other.local == row.local; });
+  std::uint32_t inode = 0;
+  if (!fields[0].ends_with(':') || !local || !remote || !state || !ReadNumber(fields[9], inode)) {
+    return {};
+  }
+  return SocketRow{.local = *local, .remote = *remote, .state = *state, .inode = inode};
 }
 
 template <typename Treat>
-bool ForEachSocket(std::string_view text, Treat treat) {
+bool ForEachSocket(std::string_view text, const std::unordered_set<std::uint32_t>& except,
+                   Treat treat) {
   const std::string_view header = text.substr(0, text.find('\n'));
   if (header.find("local_address") == std::string_view::npos) return false;
   text.remove_prefix(std::min(header.size() + 1, text.size()));
   ForEachLine(text, [&](std::string_view line) {
-    if (const auto row = ReadSocketRow(line)) treat(*row);
+    const auto row = ReadSocketRow(line);
+    if (row && !except.contains(row->inode)) treat(*row);
   });
   return true;
 }
@@ -179,17 +175,17 @@ std::uint32_t CountRows(std::string_view text, std::uint32_t headerLines) {
   return lines - std::min(lines, headerLines);
 }
 
-bool ReadTcpRows(std::string_view text, std::vector<TcpRow>& rows) {
-  return ForEachSocket(text, [&](const SocketRow& row) {
-    if (IsForIpv6Only(row, rows)) return;
+bool ReadTcpRows(std::string_view text, const std::unordered_set<std::uint32_t>& except,
+                 std::vector<TcpRow>& rows) {
+  return ForEachSocket(text, except, [&](const SocketRow& row) {
     rows.push_back({.state = StateFromKernel(row.state), .local = row.local, .remote = row.remote});
   });
 }
 
-bool ReadUdpRows(std::string_view text, std::vector<UdpRow>& rows) {
-  return ForEachSocket(text, [&](const SocketRow& row) {
-    if (!IsForIpv6Only(row, rows)) rows.push_back({.local = row.local});
-  });
+bool ReadUdpRows(std::string_view text, const std::unordered_set<std::uint32_t>& except,
+                 std::vector<UdpRow>& rows) {
+  return ForEachSocket(text, except,
+                       [&](const SocketRow& row) { rows.push_back({.local = row.local}); });
 }
 
 }  // namespace tallowin::platform::linux_host

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/IpStatistics.h"
@@ -38,10 +39,13 @@ class CounterGroup {
 
 /// Of /proc/net/tcp and /proc/net/tcp6, added to `rows`. Of the latter those between IPv4 ends
 /// alone, which the kernel writes as mapped addresses, and what waits at all addresses, which it
-/// does at those of IPv4 too unless it asked for IPv6 alone: the kernel does not show that. False
-/// for what is no such file.
-bool ReadTcpRows(std::string_view text, std::vector<TcpRow>& rows);
+/// does at those of IPv4 too unless it asked for IPv6 alone: the kernel does not show that there,
+/// and who knows it hands the inodes of such sockets in as `except`. False for what is no such
+/// file.
+bool ReadTcpRows(std::string_view text, const std::unordered_set<std::uint32_t>& except,
+                 std::vector<TcpRow>& rows);
 /// Of /proc/net/udp and /proc/net/udp6; the same holds.
-bool ReadUdpRows(std::string_view text, std::vector<UdpRow>& rows);
+bool ReadUdpRows(std::string_view text, const std::unordered_set<std::uint32_t>& except,
+                 std::vector<UdpRow>& rows);
 
 }  // namespace tallowin::platform::linux_host

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxIpStatistics.h"
 
 #include <ifaddrs.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 
 #include "platform/linux/ForeignFiles.h"
 #include "platform/linux/IpStatisticsFiles.h"
+#include "platform/linux/Ipv6OnlySockets.h"
 
 namespace tallowin::platform::linux_host {
 namespace {
@@ -18,17 +20,18 @@ namespace {
 // The tables have 150 bytes for a connection: this is more than the ports of some addresses.
 constexpr std::size_t kLongestTable = std::size_t{64} << 20U;
 
-std::string ReadTable(const std::string& path) {
+std::string ReadTable(const std::string& name) {
   BoundedText table;
-  return ReadBounded(path, kLongestTable, table) == Reading::Done ? std::move(table.text)
-                                                                  : std::string();
+  return ReadBounded("/proc/net/" + name, kLongestTable, table) == Reading::Done
+             ? std::move(table.text)
+             : std::string();
 }
 
 /// Counters of one protocol, by the kernel's names for them.
 class Snmp {
  public:
-  Snmp(const std::string& folder, std::string_view protocol)
-      : text_(ReadTable(folder + "/snmp")), group_(CounterGroup::Find(text_, protocol)) {}
+  explicit Snmp(std::string_view protocol)
+      : text_(ReadTable("snmp")), group_(CounterGroup::Find(text_, protocol)) {}
   Snmp(const Snmp&) = delete;
   Snmp& operator=(const Snmp&) = delete;
 
@@ -49,10 +52,6 @@ std::uint32_t CountAddresses() {
   }
   freeifaddrs(list);
   return count;
-}
-
-std::uint32_t RowsOfFile(const std::string& path, std::uint32_t headerLines) {
-  return CountRows(ReadTable(path), headerLines);
 }
 
 /// The empty name is what routing discards, which the kernel does not count.
@@ -98,17 +97,17 @@ constexpr std::array<const char*, 13> kIcmpOut = {
 std::uint32_t LinuxIpStatistics::GetIpStatistics(IpCounters& counters) {
   constexpr std::uint32_t kHeaderOfInterfaces = 2;
   constexpr std::uint32_t kHeaderOfRoutes = 1;
-  const Snmp ip(folder_, "Ip");
+  const Snmp ip("Ip");
   if (!ip) return ip_statistics::kNotSupported;
   (*ip).Take(kIp, counters);
-  counters[kIp.size()] = RowsOfFile(folder_ + "/dev", kHeaderOfInterfaces);
+  counters[kIp.size()] = CountRows(ReadTable("dev"), kHeaderOfInterfaces);
   counters[kIp.size() + 1] = CountAddresses();
-  counters[kIp.size() + 2] = RowsOfFile(folder_ + "/route", kHeaderOfRoutes);
+  counters[kIp.size() + 2] = CountRows(ReadTable("route"), kHeaderOfRoutes);
   return ip_statistics::kSuccess;
 }
 
 std::uint32_t LinuxIpStatistics::GetTcpStatistics(TcpCounters& counters) {
-  const Snmp tcp(folder_, "Tcp");
+  const Snmp tcp("Tcp");
   if (!tcp) return ip_statistics::kNotSupported;
   (*tcp).Take(kTcp, counters);
   counters.back() = (*tcp)["ActiveOpens"] + (*tcp)["PassiveOpens"];
@@ -116,7 +115,7 @@ std::uint32_t LinuxIpStatistics::GetTcpStatistics(TcpCounters& counters) {
 }
 
 std::uint32_t LinuxIpStatistics::GetUdpStatistics(UdpCounters& counters) {
-  const Snmp udp(folder_, "Udp");
+  const Snmp udp("Udp");
   if (!udp) return ip_statistics::kNotSupported;
   (*udp).Take(kUdp, counters);
   std::vector<UdpRow> table;
@@ -126,7 +125,7 @@ std::uint32_t LinuxIpStatistics::GetUdpStatistics(UdpCounters& counters) {
 }
 
 std::uint32_t LinuxIpStatistics::GetIcmpStatistics(IcmpStatistics& counters) {
-  const Snmp icmp(folder_, "Icmp");
+  const Snmp icmp("Icmp");
   if (!icmp) return ip_statistics::kNotSupported;
   (*icmp).Take(kIcmpIn, counters.in);
   (*icmp).Take(kIcmpOut, counters.out);
@@ -135,9 +134,9 @@ std::uint32_t LinuxIpStatistics::GetIcmpStatistics(IcmpStatistics& counters) {
 
 std::uint32_t LinuxIpStatistics::GetTcpTable(std::vector<TcpRow>& table, bool sorted) {
   std::vector<TcpRow> rows;
-  if (!ReadTcpRows(ReadTable(folder_ + "/tcp"), rows)) return ip_statistics::kNotSupported;
+  if (!ReadTcpRows(ReadTable("tcp"), {}, rows)) return ip_statistics::kNotSupported;
   // A machine may be without IPv6.
-  (void)ReadTcpRows(ReadTable(folder_ + "/tcp6"), rows);
+  (void)ReadTcpRows(ReadTable("tcp6"), Ipv6OnlySockets(IPPROTO_TCP), rows);
   if (sorted) {
     std::sort(rows.begin(), rows.end(), [](const TcpRow& a, const TcpRow& b) {
       return std::tie(a.local, a.remote) < std::tie(b.local, b.remote);
@@ -149,8 +148,8 @@ std::uint32_t LinuxIpStatistics::GetTcpTable(std::vector<TcpRow>& table, bool so
 
 std::uint32_t LinuxIpStatistics::GetUdpTable(std::vector<UdpRow>& table, bool sorted) {
   std::vector<UdpRow> rows;
-  if (!ReadUdpRows(ReadTable(folder_ + "/udp"), rows)) return ip_statistics::kNotSupported;
-  (void)ReadUdpRows(ReadTable(folder_ + "/udp6"), rows);
+  if (!ReadUdpRows(ReadTable("udp"), {}, rows)) return ip_statistics::kNotSupported;
+  (void)ReadUdpRows(ReadTable("udp6"), Ipv6OnlySockets(IPPROTO_UDP), rows);
   if (sorted) {
     std::sort(rows.begin(), rows.end(),
               [](const UdpRow& a, const UdpRow& b) { return a.local < b.local; });
