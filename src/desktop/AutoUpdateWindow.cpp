@@ -53,6 +53,10 @@ AutoUpdateWindow::AutoUpdateWindow(reporting::AutoUpdate& form, platform::EventL
   Bindings().Bind(form.Text1, *notes);
   Bindings().Bind(form.Command1, *check);
   Bindings().Bind(form.Command2, *download);
+  // Switched off while it checks, the button has lost the keyboard to its neighbour.
+  Bindings().Observe(form.Command1, [&form, check](const forms::Change& change) {
+    if (change.property == forms::Property::Enabled && form.Command1.Enabled()) check->setFocus();
+  });
   setCentralWidget(content);
   check->setFocus();
   ResizeWithinScreen(kUpdateSize);

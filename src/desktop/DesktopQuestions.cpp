@@ -13,6 +13,7 @@
 #include <QTextDocument>
 #include <QTextOption>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "desktop/AnswerGuard.h"
 #include "desktop/BoxText.h"
@@ -28,6 +29,7 @@ using forms::Answer;
 using forms::MessageBoxStyle;
 
 constexpr int kPromptColumns = 60;
+constexpr int kFrameColumns = 30;  // what stands beside a title, and its bold letters
 
 QMessageBox::Icon IconOf(MessageBoxStyle style) {
   switch (style) {
@@ -138,7 +140,12 @@ std::string DesktopQuestions::InputBox(const std::string& prompt, const std::str
                         static_cast<QWidget*>(buttons)}) {
     layout->addWidget(part);
   }
-  dialog.setMinimumWidth(kPromptColumns * dialog.fontMetrics().averageCharWidth());
+  const QFontMetrics metrics = dialog.fontMetrics();
+  const int width = std::max(
+      kPromptColumns * metrics.averageCharWidth(),
+      metrics.horizontalAdvance(dialog.windowTitle()) + kFrameColumns * metrics.averageCharWidth());
+  dialog.setMinimumWidth(width);
+  dialog.resize(width, layout->totalHeightForWidth(width));
   return Wait(dialog) ? FromQString(edit->text()) : std::string();
 }
 

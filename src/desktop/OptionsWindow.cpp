@@ -20,7 +20,7 @@ namespace tallowin::desktop {
 namespace {
 
 constexpr int kPictureSize = 64;
-constexpr int kFieldColumns = 50;  // of the longest usual text, a description
+constexpr int kFieldColumns = 58;  // of the longest usual text, a description
 constexpr int kTextRows = 4;
 
 QCheckBox* MakeTick(forms::CheckBox& control, Binder& binder, QWidget* parent) {
@@ -70,6 +70,8 @@ OptionsWindow::OptionsWindow(core::Options& form, platform::EventLoop& loop)
   // The note wraps: without this the window would come up with the height of one line for it.
   const int width = content->sizeHint().width();
   content->setMinimumSize(width, layout->totalHeightForWidth(width));
+  // Its own size is kept over closing; one that was never set would be guessed at each opening.
+  ResizeWithinScreen(content->minimumSize());
   Follow();
 }
 

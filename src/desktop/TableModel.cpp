@@ -95,7 +95,8 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
   if (orientation != Qt::Horizontal || column >= list_.Columns().size()) return {};
   if (role == Qt::TextAlignmentRole) return Alignment(section);
   if (role != Qt::DisplayRole) return {};
-  return ToQString(list_.Columns()[column]);
+  const QString name = ToQString(list_.Columns()[column]);
+  return rightAligned_.contains(section) ? name + ' ' : name;
 }
 
 QVariant TableModel::Alignment(int column) const {

@@ -18,7 +18,8 @@ namespace tallowin::desktop {
 
 namespace {
 
-constexpr int kWidestColumn = 56;  // average characters
+constexpr int kWidestColumn = 56;     // average characters, where half of the table is not wider
+constexpr qsizetype kMeasured = 400;  // characters, more than any column shows
 constexpr int kRowPadding = 4;
 constexpr int kTipColumns = 100;
 constexpr int kTipCharacters = 4000;
@@ -36,7 +37,7 @@ class CellDelegate : public QStyledItemDelegate {
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = option->text.startsWith('/') ? Qt::ElideMiddle : Qt::ElideRight;
-    // A number keeps off the text of the next column.
+    // A number keeps off the text of the next column, as its header does.
     if ((option->displayAlignment & Qt::AlignRight) != 0) option->text += ' ';
   }
 };
@@ -152,11 +153,10 @@ void TableView::Fit(int first, int last) {
 
 void TableView::FitColumn(int column, int first, int last) {
   const QFontMetrics metrics = fontMetrics();
-  const int widest = kWidestColumn * metrics.averageCharWidth();
+  const int widest = std::max(kWidestColumn * metrics.averageCharWidth(), viewport()->width() / 2);
   int& width = widths_[static_cast<std::size_t>(column)];
   for (int row = first; row <= last && width < widest; ++row) {
-    const QString text =
-        model_->index(row, column).data().toString().left(qsizetype{2} * kWidestColumn);
+    const QString text = model_->index(row, column).data().toString().left(kMeasured);
     width = std::min(widest, std::max(width, metrics.horizontalAdvance(text)));
   }
   const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;

@@ -176,9 +176,12 @@ void Tallowin::EndByError(const platform::RunTimeError& error) {
   // is told; a second one changes nothing.
   if (std::exchange(endingByError_, true)) return;
   SaveLog();
+  const std::string saved = mainForm_.Status.Text();
   questions_.MsgBox(
       "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.Description(),
       forms::MessageBoxStyle::Stop, module_.ProductTitle);
+  // The box may have stood for hours, with the guard at work behind it.
+  if (mainForm_.Status.Text() != saved) SaveLog();
   host_.loop.End(1);
 }
 

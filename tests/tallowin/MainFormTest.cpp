@@ -11,6 +11,7 @@ namespace {
 using MainFormTest = test::ProgramTest;
 using forms::WindowState;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 TEST_F(MainFormTest, MinimisingAndTheCloseBoxHideTheWindowAndTheGuardGoesOn) {
@@ -31,6 +32,7 @@ TEST_F(MainFormTest, AnErrorThatNobodyHandlesEndsTheProgramWithTheLogWrittenFirs
     // Events run on behind the box; a second failure changes nothing.
     host.loop.Deliver([] { throw platform::RunTimeError(6, "Overflow"); });
     EXPECT_FALSE(host.loop.Ended()) << "the first is still to be read";
+    program->tallowin.Forms().MainForm().Status.AppendText("a call behind the box");
   };
   host.registry.keys.clear();
   host.loop.Deliver([&] { program->tallowin.Settings().LoadSettings(); });
@@ -38,6 +40,7 @@ TEST_F(MainFormTest, AnErrorThatNobodyHandlesEndsTheProgramWithTheLogWrittenFirs
   EXPECT_EQ(program->questions.asked[0].text, "Run-time error '13':\r\n\r\nType mismatch");
   EXPECT_EQ(program->questions.asked[0].style, forms::MessageBoxStyle::Stop);
   EXPECT_EQ(host.loop.ExitStatus(), 1);
+  EXPECT_THAT(test::ReadFile(file), HasSubstr("a call behind the box"));
 }
 
 struct TrayIconTest : test::ProgramTest {
