@@ -108,8 +108,7 @@ void ConsoleQuestions::Answer(std::string_view line) {
     Give(*std::move(answer));
     if (IsOpen()) terminal_.Write(open_.back()->block);
   } else {
-    terminal_.Write("That does not answer the question. It takes: " +
-                    std::string(PossibleAnswers(kind)));
+    terminal_.Write("error: the answers are: " + std::string(PossibleAnswers(kind)));
   }
 }
 

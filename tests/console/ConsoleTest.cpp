@@ -194,15 +194,16 @@ TEST_F(ConsoleTest, AsksAndTakesTheNextLineAsTheAnswer) {
     EXPECT_EQ(Ask("Sure?"), answer) << line;
   }
   terminal.output.clear();
-  Send({"quit", "", "yes no", "no"});
+  Send({"quit", "yes no", "no"});
   EXPECT_EQ(Ask("<b>\x1b[5m\r\nreally?"), forms::Answer::No);
   EXPECT_EQ(terminal.output,
-            "[?] Title\n<b>\\x1b[5m\nreally?\nyes / no\nyes / no\nyes / no\nyes / no\n");
+            "[?] Title\n<b>\\x1b[5m\nreally?\nyes / no\n"
+            "error: the answers are: yes / no\nerror: the answers are: yes / no\n");
   terminal.output.clear();
   Send({"yes", "OK"});
   EXPECT_EQ(console.Questions().MsgBox("saved", forms::MessageBoxStyle::Plain, ""),
             forms::Answer::Ok);
-  EXPECT_EQ(terminal.output, "[?] Tallowin\nsaved\nok\nok\n");
+  EXPECT_EQ(terminal.output, "[?] Tallowin\nsaved\nok\nerror: the answers are: ok\n");
 }
 
 TEST_F(ConsoleTest, LinesThatComeTooSoonKeepTheirOrder) {
@@ -252,7 +253,7 @@ TEST_F(ConsoleTest, EndOfInputAnswersQuestionsAndLeavesTheProgramRunning) {
   panel.Go.OnClick = [&] { panel.Notes.SetText(Ask("?") == forms::Answer::No ? "no" : "yes"); };
   Send({"click Panel.Go", "what"});
   SendEnd();
-  EXPECT_EQ(Run(), "[?] Title\n?\nyes / no\nyes / no\n");
+  EXPECT_EQ(Run(), "[?] Title\n?\nyes / no\nerror: the answers are: yes / no\n");
   EXPECT_EQ(panel.Notes.Text(), "no");
   EXPECT_FALSE(loop.Ended());
   EXPECT_EQ(Ask("later", false), forms::Answer::Ok);

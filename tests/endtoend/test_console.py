@@ -310,7 +310,7 @@ class End(TestCase):
         block = ["[?] Are you sure?", "Are you sure you want to quit? Your system may be vunerable "
                  "to malicious users.", "yes / no"]
         self.assertEqual(program.ask("click MainForm.exittwmnu", "perhaps", "NO"),
-                         [*block, "yes / no"])
+                         [*block, "error: the answers are: yes / no"])
         program.send("click MainForm.exittwmnu", "y")
         self.assertEqual(program.wait_end(), 0)
         self.assertEqual(len(self.home.logs()), 1)

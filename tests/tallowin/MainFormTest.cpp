@@ -32,7 +32,7 @@ TEST_F(MainFormTest, AnErrorThatNobodyHandlesEndsTheProgramWithTheLogWrittenFirs
     // Events run on behind the box; a second failure changes nothing.
     host.loop.Deliver([] { throw platform::RunTimeError(6, "Overflow"); });
     EXPECT_FALSE(host.loop.Ended()) << "the first is still to be read";
-    program->tallowin.Forms().MainForm().Status.AppendText("a call behind the box");
+    Main().Status.AppendText("a call behind the box");
   };
   host.registry.keys.clear();
   host.loop.Deliver([&] { program->tallowin.Settings().LoadSettings(); });
