@@ -194,7 +194,7 @@ TEST_F(ConsoleTest, AsksAndTakesTheNextLineAsTheAnswer) {
     EXPECT_EQ(Ask("Sure?"), answer) << line;
   }
   terminal.output.clear();
-  Send({"quit", "yes no", "no"});
+  Send({"quit", "", "no"});
   EXPECT_EQ(Ask("<b>\x1b[5m\r\nreally?"), forms::Answer::No);
   EXPECT_EQ(terminal.output,
             "[?] Title\n<b>\\x1b[5m\nreally?\nyes / no\n"
