@@ -37,6 +37,13 @@ class OptionsWindowTest : public ::testing::Test {
   OptionsWindow window{form, loop};
 };
 
+TEST_F(OptionsWindowTest, ComesBackAsLargeAsItWas) {
+  const QSize size = window.size();
+  form.Hide();
+  form.Show();
+  EXPECT_EQ(window.size(), size);
+}
+
 TEST_F(OptionsWindowTest, EnterIsOKButInTheTextAndOnAnotherButton) {
   int ok = 0;
   int next = 0;
@@ -133,6 +140,17 @@ TEST(AutoUpdateWindowTest, WhatTheServerSaysNeitherStretchesNorStylesTheWindow) 
   const auto* date = window.findChild<QLabel*>("RlsDateTxt");
   EXPECT_EQ(date->textFormat(), Qt::PlainText);
   EXPECT_EQ(date->text(), kReportMarkup);
+}
+
+TEST(AutoUpdateWindowTest, ItsButtonHasTheKeyboardAgainBehindACheck) {
+  QtLoop loop;
+  reporting::AutoUpdate form;
+  AutoUpdateWindow window(form, loop);
+  form.SetVisible(true);
+  form.Command1.SetEnabled(false);
+  form.Command1.SetEnabled(true);
+  ASSERT_NE(window.focusWidget(), nullptr);
+  EXPECT_EQ(window.focusWidget()->objectName(), "Command1");
 }
 
 }  // namespace
