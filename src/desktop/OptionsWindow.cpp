@@ -70,7 +70,7 @@ OptionsWindow::OptionsWindow(core::Options& form, platform::EventLoop& loop)
   // The note wraps: without this the window would come up with the height of one line for it.
   const int width = content->sizeHint().width();
   content->setMinimumSize(width, layout->totalHeightForWidth(width));
-  // Its own size is kept over closing; one that was never set would be guessed at each opening.
+  // A size that was set is kept when the window closes; otherwise each opening would guess one.
   ResizeWithinScreen(content->minimumSize());
   Follow();
 }

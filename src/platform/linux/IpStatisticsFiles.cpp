@@ -94,8 +94,7 @@ struct SocketRow {
   std::uint32_t inode = 0;
 };
 
-///   0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000     0        0 1055
-///   ...
+///   0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000 0 0 1055 ...
 std::optional<SocketRow> ReadSocketRow(std::string_view line) {
   std::array<std::string_view, 10> fields;
   for (std::string_view& field : fields) {
